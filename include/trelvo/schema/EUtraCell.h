@@ -1,0 +1,82 @@
+#pragma once
+
+#include <trelvo/Export.h>
+#include <trelvo/Status.h>
+#include <trelvo/gom/ObjectBase.h>
+#include <trelvo/gom/ObjectCollection.h>
+#include <trelvo/gom/SharedPointer.h>
+#include <trelvo/schema/Area.h>
+#include <trelvo/schema/EUtraCellDn.h>
+#include <trelvo/schema/EUtraNeighborCell.h>
+
+namespace trelvo::schema {
+
+/// An E-UTRA cell: its identity, the area it covers, and the cells next to it.
+///
+/// A flat record of class id 116 that lives in memory only; it copies and compares as GeranCell
+/// does.
+///
+/// Threads: one at a time, together with all that hangs from the cell.
+class TRELVO_EXPORT EUtraCell : public gom::ObjectBase {
+ public:
+  enum : unsigned int {
+    HasDn = 0x1,
+    HasCoverage = 0x2,
+    HasNeighbors = 0x4,
+  };
+
+  using Neighbors = gom::ObjectCollection<EUtraNeighborCell>;
+
+  /// Nothing set.
+  EUtraCell();
+  /// A cell of this identity; with an empty handle nothing is set.
+  explicit EUtraCell(const gom::SharedPointer<EUtraCellDn>& dn);
+  /// Shares identity and coverage. The list of neighbours is a new one that shares their objects;
+  /// when memory runs out for it, the copy has none and its bit is clear.
+  EUtraCell(const EUtraCell& other);
+  /// Shares everything, the list of neighbours too.
+  EUtraCell& operator=(const EUtraCell& other) = default;
+
+  /// A new cell; an empty handle when memory runs out.
+  [[nodiscard]] static gom::SharedPointer<EUtraCell> create();
+  [[nodiscard]] static gom::SharedPointer<EUtraCell> create(
+      const gom::SharedPointer<EUtraCellDn>& dn);
+  /// A copy of `*other`; an empty handle for an empty one.
+  [[nodiscard]] static gom::SharedPointer<EUtraCell> create(
+      const gom::SharedPointer<EUtraCell>& other);
+
+  void dump() const override;
+  [[nodiscard]] EUtraCell* clone() const override;
+  bool compare(const gom::ObjectBase* other) const override;
+  /// Clears the bits, and lets go of the parts that `mask` names.
+  void unset(unsigned int mask) override;
+
+  bool operator==(const EUtraCell& other) const;
+  bool operator!=(const EUtraCell& other) const { return !(*this == other); }
+
+  /// The identity; empty when its bit is clear. The setter gives StatusWrongState for an empty
+  /// handle, and changes nothing.
+  gom::SharedPointer<EUtraCellDn> dn() const;
+  Status setDn(const gom::SharedPointer<EUtraCellDn>& dn);
+
+  /// The area covered; empty when its bit is clear. The setter gives StatusWrongState for an empty
+  /// handle, and changes nothing.
+  gom::SharedPointer<Area> coverage() const;
+  Status setCoverage(const gom::SharedPointer<Area>& coverage);
+
+  /// The list of neighbours, to be read and added to. It is made, and its bit set, on first use;
+  /// null when memory runs out. The cell keeps it.
+  Neighbors* neighbors();
+  /// The list of neighbours; null when its bit is clear. The cell keeps it.
+  Neighbors* currentNeighbors() const;
+
+ private:
+  friend struct CellFamily;
+  struct Fields;
+
+  gom::SharedPointer<EUtraCellDn> m_dn;
+  gom::SharedPointer<Area> m_coverage;
+  gom::SharedPointer<Neighbors> m_neighbors;
+};
+
+}  // namespace trelvo::schema

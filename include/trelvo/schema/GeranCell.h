@@ -1,0 +1,90 @@
+#pragma once
+
+#include <trelvo/Export.h>
+#include <trelvo/Status.h>
+#include <trelvo/gom/ObjectBase.h>
+#include <trelvo/gom/ObjectCollection.h>
+#include <trelvo/gom/SharedPointer.h>
+#include <trelvo/schema/Area.h>
+#include <trelvo/schema/GeranCellDn.h>
+#include <trelvo/schema/GeranNeighborCell.h>
+
+namespace trelvo::schema {
+
+/// A GERAN cell: its identity, the area it covers, and the cells next to it.
+///
+/// A flat record of class id 105 that lives in memory only: write() and read() throw
+/// StatusInternal.
+///
+/// Copying comes in three strengths. Assigning shares identity, coverage and the list of
+/// neighbours. A copy (the copy constructor, create() of a cell) shares identity and coverage, and
+/// has a list of its own with the same neighbours in it. clone() copies everything.
+///
+/// Equal are cells with the same bits, equal parts, and equal neighbours in the same order.
+///
+/// The cells of the other radio technologies keep to the same rules.
+///
+/// Threads: one at a time, together with all that hangs from the cell.
+class TRELVO_EXPORT GeranCell : public gom::ObjectBase {
+ public:
+  enum : unsigned int {
+    HasDn = 0x1,
+    HasCoverage = 0x2,
+    HasNeighbors = 0x4,
+  };
+
+  using Neighbors = gom::ObjectCollection<GeranNeighborCell>;
+
+  /// Nothing set.
+  GeranCell();
+  /// A cell of this identity; with an empty handle nothing is set.
+  explicit GeranCell(const gom::SharedPointer<GeranCellDn>& dn);
+  /// Shares identity and coverage. The list of neighbours is a new one that shares their objects;
+  /// when memory runs out for it, the copy has none and its bit is clear.
+  GeranCell(const GeranCell& other);
+  /// Shares everything, the list of neighbours too.
+  GeranCell& operator=(const GeranCell& other) = default;
+
+  /// A new cell; an empty handle when memory runs out.
+  [[nodiscard]] static gom::SharedPointer<GeranCell> create();
+  [[nodiscard]] static gom::SharedPointer<GeranCell> create(
+      const gom::SharedPointer<GeranCellDn>& dn);
+  /// A copy of `*other`; an empty handle for an empty one.
+  [[nodiscard]] static gom::SharedPointer<GeranCell> create(
+      const gom::SharedPointer<GeranCell>& other);
+
+  void dump() const override;
+  [[nodiscard]] GeranCell* clone() const override;
+  bool compare(const gom::ObjectBase* other) const override;
+  /// Clears the bits, and lets go of the parts that `mask` names.
+  void unset(unsigned int mask) override;
+
+  bool operator==(const GeranCell& other) const;
+  bool operator!=(const GeranCell& other) const { return !(*this == other); }
+
+  /// The identity; empty when its bit is clear. The setter gives StatusWrongState for an empty
+  /// handle, and changes nothing.
+  gom::SharedPointer<GeranCellDn> dn() const;
+  Status setDn(const gom::SharedPointer<GeranCellDn>& dn);
+
+  /// The area covered; empty when its bit is clear. The setter gives StatusWrongState for an empty
+  /// handle, and changes nothing.
+  gom::SharedPointer<Area> coverage() const;
+  Status setCoverage(const gom::SharedPointer<Area>& coverage);
+
+  /// The list of neighbours, to be read and added to. It is made, and its bit set, on first use;
+  /// null when memory runs out. The cell keeps it.
+  Neighbors* neighbors();
+  /// The list of neighbours; null when its bit is clear. The cell keeps it.
+  Neighbors* currentNeighbors() const;
+
+ private:
+  friend struct CellFamily;
+  struct Fields;
+
+  gom::SharedPointer<GeranCellDn> m_dn;
+  gom::SharedPointer<Area> m_coverage;
+  gom::SharedPointer<Neighbors> m_neighbors;
+};
+
+}  // namespace trelvo::schema

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <trelvo/Export.h>
+#include <trelvo/Status.h>
+#include <trelvo/gom/ObjectBase.h>
+#include <trelvo/gom/ObjectCollection.h>
+#include <trelvo/gom/SharedPointer.h>
+#include <trelvo/schema/Area.h>
+#include <trelvo/schema/UtraCellDn.h>
+#include <trelvo/schema/UtraFddNeighborCell.h>
+
+namespace trelvo::schema {
+
+/// A UTRA FDD cell: its identity, the area it covers, and the cells next to it.
+///
+/// A flat record of class id 107 that lives in memory only; it copies and compares as GeranCell
+/// does.
+///
+/// Threads: one at a time, together with all that hangs from the cell.
+class TRELVO_EXPORT UtraFddCell : public gom::ObjectBase {
+ public:
+  enum : unsigned int {
+    HasDn = 0x1,
+    HasCoverage = 0x2,
+    HasNeighbors = 0x4,
+  };
+
+  using Neighbors = gom::ObjectCollection<UtraFddNeighborCell>;
+
+  /// Nothing set.
+  UtraFddCell();
+  /// A cell of this identity; with an empty handle nothing is set.
+  explicit UtraFddCell(const gom::SharedPointer<UtraCellDn>& dn);
+  /// Shares identity and coverage. The list of neighbours is a new one that shares their objects;
+  /// when memory runs out for it, the copy has none and its bit is clear.
+  UtraFddCell(const UtraFddCell& other);
+  /// Shares everything, the list of neighbours too.
+  UtraFddCell& operator=(const UtraFddCell& other) = default;
+
+  /// A new cell; an empty handle when memory runs out.
+  [[nodiscard]] static gom::SharedPointer<UtraFddCell> create();
+  [[nodiscard]] static gom::SharedPointer<UtraFddCell> create(
+      const gom::SharedPointer<UtraCellDn>& dn);
+  /// A copy of `*other`; an empty handle for an empty one.
+  [[nodiscard]] static gom::SharedPointer<UtraFddCell> create(
+      const gom::SharedPointer<UtraFddCell>& other);
+
+  void dump() const override;
+  [[nodiscard]] UtraFddCell* clone() const override;
+  bool compare(const gom::ObjectBase* other) const override;
+  /// Clears the bits, and lets go of the parts that `mask` names.
+  void unset(unsigned int mask) override;
+
+  bool operator==(const UtraFddCell& other) const;
+  bool operator!=(const UtraFddCell& other) const { return !(*this == other); }
+
+  /// The identity; empty when its bit is clear. The setter gives StatusWrongState for an empty
+  /// handle, and changes nothing.
+  gom::SharedPointer<UtraCellDn> dn() const;
+  Status setDn(const gom::SharedPointer<UtraCellDn>& dn);
+
+  /// The area covered; empty when its bit is clear. The setter gives StatusWrongState for an empty
+  /// handle, and changes nothing.
+  gom::SharedPointer<Area> coverage() const;
+  Status setCoverage(const gom::SharedPointer<Area>& coverage);
+
+  /// The list of neighbours, to be read and added to. It is made, and its bit set, on first use;
+  /// null when memory runs out. The cell keeps it.
+  Neighbors* neighbors();
+  /// The list of neighbours; null when its bit is clear. The cell keeps it.
+  Neighbors* currentNeighbors() const;
+
+ private:
+  friend struct CellFamily;
+  struct Fields;
+
+  gom::SharedPointer<UtraCellDn> m_dn;
+  gom::SharedPointer<Area> m_coverage;
+  gom::SharedPointer<Neighbors> m_neighbors;
+};
+
+}  // namespace trelvo::schema
