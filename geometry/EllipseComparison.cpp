@@ -1,8 +1,9 @@
-#include <trelvo/Midpoint.h>
-#include <trelvo/ShapeMatrix.h>
 #include <trelvo/schema/Utility.h>
 
 #include <cmath>
+
+#include <trelvo/Midpoint.h>
+#include <trelvo/ShapeMatrix.h>
 
 #include "geometry/GeodesyInline.h"
 #include "geometry/Packed2by2.h"

@@ -1,4 +1,5 @@
 #include <trelvo/Midpoint.h>
+
 #include <trelvo/schema/Utility.h>
 
 namespace trelvo {

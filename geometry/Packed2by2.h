@@ -1,8 +1,8 @@
 #pragma once
 
-#include <trelvo/Symmetric2by2Matrix.h>
-
 #include <cmath>
+
+#include <trelvo/Symmetric2by2Matrix.h>
 
 // The arithmetic of symmetric 2 by 2 matrices, for all sources of this folder to inline. It stays
 // out of the public headers: there a program's own compiler flags would decide how it rounds.

@@ -4,8 +4,8 @@
 
 namespace trelvo {
 
-using geometry::Packed2by2;
 using geometry::packed;
+using geometry::Packed2by2;
 
 void Symmetric2by2Matrix::clear() noexcept {
   for (double& element : m_elements) element = 0.0;
@@ -33,17 +33,19 @@ void Symmetric2by2Matrix::prodmat(const Symmetric2by2Matrix& a,
 }
 
 Symmetric2by2Matrix Symmetric2by2Matrix::operator+(Symmetric2by2Matrix other) const noexcept {
+  Symmetric2by2Matrix result;
   for (unsigned int i = 0; i < m_elementCount; ++i) {
-    other.m_elements[i] = m_elements[i] + other.m_elements[i];
+    result.m_elements[i] = m_elements[i] + other.m_elements[i];
   }
-  return other;
+  return result;
 }
 
 Symmetric2by2Matrix Symmetric2by2Matrix::operator-(Symmetric2by2Matrix other) const noexcept {
+  Symmetric2by2Matrix result;
   for (unsigned int i = 0; i < m_elementCount; ++i) {
-    other.m_elements[i] = m_elements[i] - other.m_elements[i];
+    result.m_elements[i] = m_elements[i] - other.m_elements[i];
   }
-  return other;
+  return result;
 }
 
 Symmetric2by2Matrix& Symmetric2by2Matrix::operator+=(const Symmetric2by2Matrix& other) noexcept {
@@ -59,8 +61,7 @@ Symmetric2by2Matrix& Symmetric2by2Matrix::operator-=(const Symmetric2by2Matrix& 
 Symmetric2by2Matrix Symmetric2by2Matrix::operator*(Symmetric2by2Matrix other) const noexcept {
   const auto [a, b, c] = packed(*this);
   const auto [d, e, f] = packed(other);
-  other = {a * d + b * e, a * e + b * f, b * e + c * f};
-  return other;
+  return {a * d + b * e, a * e + b * f, b * e + c * f};
 }
 
 Symmetric2by2Matrix& Symmetric2by2Matrix::operator*=(double factor) noexcept {
@@ -69,7 +70,9 @@ Symmetric2by2Matrix& Symmetric2by2Matrix::operator*=(double factor) noexcept {
 }
 
 Symmetric2by2Matrix Symmetric2by2Matrix::operator*(double factor) const noexcept {
-  return Symmetric2by2Matrix(*this) *= factor;
+  Symmetric2by2Matrix result;
+  for (unsigned int i = 0; i < m_elementCount; ++i) result.m_elements[i] = m_elements[i] * factor;
+  return result;
 }
 
 Symmetric2by2Matrix& Symmetric2by2Matrix::operator/=(double divisor) noexcept {
@@ -79,7 +82,10 @@ Symmetric2by2Matrix& Symmetric2by2Matrix::operator/=(double divisor) noexcept {
 }
 
 Symmetric2by2Matrix Symmetric2by2Matrix::operator/(double divisor) const noexcept {
-  return Symmetric2by2Matrix(*this) /= divisor;
+  Symmetric2by2Matrix result;
+  if (divisor == 0.0) divisor = 1.0;
+  for (unsigned int i = 0; i < m_elementCount; ++i) result.m_elements[i] = m_elements[i] / divisor;
+  return result;
 }
 
 }  // namespace trelvo

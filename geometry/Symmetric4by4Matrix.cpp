@@ -39,16 +39,17 @@ bool Symmetric4by4Matrix::invmat(const Symmetric4by4Matrix& m) noexcept {
   const double c10 = ai.e1 * b.e0 + ai.e2 * b.e1;
   const double c11 = ai.e1 * b.e1 + ai.e2 * b.e2;
 
-  *this = {upper.e0,
-           upper.e1,
-           upper.e2,
-           -si.e0 * c00 - si.e1 * c01,
-           -si.e1 * c00 - si.e2 * c01,
-           -si.e0 * c10 - si.e1 * c11,
-           -si.e1 * c10 - si.e2 * c11,
-           si.e0,
-           si.e1,
-           si.e2};
+  // One by one: a block copy of what was just stored would wait for the stores.
+  m_elements[0] = upper.e0;
+  m_elements[1] = upper.e1;
+  m_elements[2] = upper.e2;
+  m_elements[3] = -si.e0 * c00 - si.e1 * c01;
+  m_elements[4] = -si.e1 * c00 - si.e2 * c01;
+  m_elements[5] = -si.e0 * c10 - si.e1 * c11;
+  m_elements[6] = -si.e1 * c10 - si.e2 * c11;
+  m_elements[7] = si.e0;
+  m_elements[8] = si.e1;
+  m_elements[9] = si.e2;
   return true;
 }
 

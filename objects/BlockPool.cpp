@@ -1,109 +1,45 @@
 #include "objects/BlockPool.h"
 
-#include <new>
+#ifdef TRELVO_POOL
 
 namespace trelvo {
 
-void BlockPool::releaseToHeap(void* block) noexcept { ::operator delete(block); }
-
-#ifdef TRELVO_POOL
-
-namespace {
-
-constexpr std::size_t kStep = 16;
-constexpr std::size_t kClasses = BlockPool::kMaxBlock / kStep;
-
-struct FreeBlock {
-  FreeBlock* next;
-};
-
-enum class Life : unsigned char { Unused, Open, Gone };
-
-struct FreeLists {
-  FreeBlock* heads[kClasses];
-  std::size_t kept;
-  Life life;
-};
-
-// Reached without a call, also inside a shared library; it takes a few dozen bytes of the static
-// area, which leaves room for programs that load the library late.
-__attribute__((tls_model("initial-exec"))) thread_local FreeLists gLists = {};
-
 // Gives the blocks back when the thread ends. What is freed later goes to the heap.
-struct Janitor {
+struct BlockPool::Janitor {
   ~Janitor() {
-    for (FreeBlock*& head : gLists.heads) {
+    for (FreeBlock*& head : s_lists.heads) {
       while (head != nullptr) {
         FreeBlock* const next = head->next;
-        ::operator delete(head);
+        releaseToHeap(head);
         head = next;
       }
     }
-    gLists.life = Life::Gone;
+    s_lists.room = 0;
   }
-  void arm() const noexcept { gLists.life = Life::Open; }
+  void arm() const noexcept {
+    s_lists.known = true;
+    s_lists.room = kMaxKept;
+  }
 };
 
-thread_local Janitor gJanitor;
-
-std::size_t classOf(std::size_t size) noexcept { return size == 0 ? 0 : (size - 1) / kStep; }
-std::size_t roundedUp(std::size_t size) noexcept { return (classOf(size) + 1) * kStep; }
-
-void* takeFree(std::size_t size) noexcept {
-  FreeBlock*& head = gLists.heads[classOf(size)];
-  FreeBlock* const block = head;
-  if (block != nullptr) {
-    head = block->next;
-    gLists.kept -= roundedUp(size);
+// The thread's first free block opens its lists. @return whether there is room now.
+bool BlockPool::openLists() noexcept {
+  static thread_local const Janitor janitor;
+  const bool first = !s_lists.known;
+  if (first) {
+    janitor.arm();
   }
-  return block;
+  return first;
 }
 
-bool keeps(std::size_t size) noexcept {
-  if (gLists.life == Life::Unused) {
-    gJanitor.arm();
+void BlockPool::releaseElsewhere(void* block, std::size_t size) noexcept {
+  if (block != nullptr && isPooled(size) && openLists()) {
+    keep(block, size);
+  } else {
+    releaseToHeap(block);
   }
-  return gLists.life == Life::Open && gLists.kept + roundedUp(size) <= BlockPool::kMaxKept;
 }
-
-}  // namespace
-
-void* BlockPool::allocate(std::size_t size) {
-  if (size > kMaxBlock) {
-    return ::operator new(size);
-  }
-  void* const block = takeFree(size);
-  return block != nullptr ? block : ::operator new(roundedUp(size));
-}
-
-void* BlockPool::tryAllocate(std::size_t size) noexcept {
-  if (size > kMaxBlock) {
-    return ::operator new(size, std::nothrow);
-  }
-  void* const block = takeFree(size);
-  return block != nullptr ? block : ::operator new(roundedUp(size), std::nothrow);
-}
-
-void BlockPool::release(void* block, std::size_t size) noexcept {
-  if (block == nullptr || size > kMaxBlock || !keeps(size)) {
-    ::operator delete(block);
-    return;
-  }
-  FreeBlock*& head = gLists.heads[classOf(size)];
-  head = ::new (block) FreeBlock{head};
-  gLists.kept += roundedUp(size);
-}
-
-#else
-
-void* BlockPool::allocate(std::size_t size) { return ::operator new(size); }
-
-void* BlockPool::tryAllocate(std::size_t size) noexcept {
-  return ::operator new(size, std::nothrow);
-}
-
-void BlockPool::release(void* block, std::size_t /*size*/) noexcept { ::operator delete(block); }
-
-#endif
 
 }  // namespace trelvo
+
+#endif

@@ -21,12 +21,14 @@ Buffer::Buffer(unsigned char* block, unsigned int size) : m_storage(block, size)
 }
 
 // The view is no copy of the other's: it is attached to the block that came over.
+// NOLINTNEXTLINE(bugprone-copy-constructor-init,readability-redundant-member-init)
 Buffer::Buffer(Buffer& other) : ReadOnlyBuffer() { *this = other; }
 
 Buffer::Buffer(auto_array_proxy<unsigned char> proxy) { *this = proxy; }
 
 Buffer::Buffer(auto_array<unsigned char>& array) : m_storage(std::move(array)) { attachBase(); }
 
+// NOLINTNEXTLINE(misc-unconventional-assign-operator): transfers
 Buffer& Buffer::operator=(Buffer& other) {
   if (this == &other) {
     return *this;

@@ -18,7 +18,6 @@
 #include <memory>
 #include <string>
 #include <type_traits>
-#include <typeinfo>
 #include <utility>
 
 #include <trelvo/IStream.h>
@@ -26,6 +25,7 @@
 #include <trelvo/gom/ObjectCollection.h>
 #include <trelvo/gom/SharedPointer.h>
 
+#include "objects/ExactType.h"
 #include "objects/LittleEndian.h"
 #include "objects/WireReader.h"
 #include "objects/WireWriter.h"
@@ -216,7 +216,7 @@ struct Field {
     using Nested = std::remove_cv_t<std::remove_reference_t<decltype(nested)>>;
     writer.advance(to);
     const bool written =
-        typeid(nested) == typeid(Nested)
+        isExactly<Nested>(nested)
             ? RecordAccess<Nested>::write(nested, writer)
             : writer.handOver([&nested](IStream& stream) { return nested.write(stream); });
     return written ? writer.reserve(room) : nullptr;
@@ -224,7 +224,7 @@ struct Field {
 
   template <class Nested>
   static bool addNestedSize(const Nested& nested, unsigned long long& total) {
-    return typeid(nested) == typeid(Nested) && RecordAccess<Nested>::addSize(nested, total);
+    return isExactly<Nested>(nested) && RecordAccess<Nested>::addSize(nested, total);
   }
 
   template <class Nested>

@@ -1,6 +1,7 @@
 #include <trelvo/gom/GenericObject.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include <trelvo/gom/CharacterData.h>
@@ -8,6 +9,7 @@
 #include <trelvo/gom/ValueCollection.h>
 
 #include "objects/MakeObject.h"
+#include "objects/PropertyLists.h"
 #include "objects/WireCodec.h"
 
 namespace trelvo::gom {
@@ -19,12 +21,12 @@ constexpr std::size_t kUsualProperties = 4;
 
 }  // namespace
 
-GenericObject::~GenericObject() = default;
+GenericObject::~GenericObject() { PropertyLists::giveBack(std::move(m_properties)); }
 
 SharedPointer<GenericObject> GenericObject::create(unsigned short key) {
   SharedPointer<GenericObject> object = makeObject<GenericObject>(key);
   if (object) {
-    object->m_properties = Properties::create();
+    object->m_properties = PropertyLists::take();
   }
   return object && object->m_properties ? object : SharedPointer<GenericObject>();
 }
@@ -40,9 +42,11 @@ SharedPointer<GenericObject> GenericObject::create(const GenericObject& other) {
     return object;
   }
   for (const InternalVariant& property : other.m_properties->items) {
-    if (object->addProperty(InternalVariant(property)) != StatusOk) {
+    InternalVariant* const copy = object->appendProperty(property.m_key);
+    if (copy == nullptr) {
       return {};
     }
+    *copy = property;
   }
   return object;
 }
@@ -57,8 +61,8 @@ SharedPointer<GenericObject> GenericObject::clone() const {
     return object;
   }
   for (const InternalVariant& property : m_properties->items) {
-    InternalVariant copy(0);
-    if (copy.cloneFrom(property) != StatusOk || object->addProperty(std::move(copy)) != StatusOk) {
+    InternalVariant* const copy = object->appendProperty(property.m_key);
+    if (copy == nullptr || copy->cloneFrom(property) != StatusOk) {
       return {};
     }
   }
@@ -130,38 +134,43 @@ bool GenericObject::removeProperty(unsigned short key) {
   return true;
 }
 
-Status GenericObject::addProperty(InternalVariant&& property) {
-  if (!m_properties) {
-    m_properties = Properties::create();
-  }
-  if (!m_properties) {
-    return StatusOutOfMemory;
-  }
+// A new property without a value; null when memory runs out.
+InternalVariant* GenericObject::appendProperty(unsigned short key) {
   try {
-    if (m_properties->items.empty()) {
-      m_properties->items.reserve(kUsualProperties);
+    if (!m_properties) {
+      m_properties = PropertyLists::take();
     }
-    m_properties->items.push_back(std::move(property));
-    return StatusOk;
-  } catch (...) {
-    return StatusOutOfMemory;
+    if (!m_properties) {
+      return nullptr;
+    }
+    auto& items = m_properties->items;
+    if (items.capacity() == 0) {
+      items.reserve(kUsualProperties);
+    }
+    return &items.emplace_back(key);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
   }
 }
 
-template <class Getter, class T>
-Status GenericObject::get(unsigned short key, Getter getter, T& value) const {
+template <auto getter, class T>
+Status GenericObject::get(unsigned short key, T& value) const {
   const InternalVariant* const property = findProperty(key);
   return property == nullptr ? StatusNotFound : (property->*getter)(value);
 }
 
-template <class Setter, class T>
-Status GenericObject::set(unsigned short key, Setter setter, const T& value) {
-  if (InternalVariant* const present = findProperty(key)) {
-    return (present->*setter)(value);
+template <auto setter, class T>
+Status GenericObject::set(unsigned short key, const T& value) {
+  InternalVariant* property = findProperty(key);
+  if (property == nullptr) {
+    property = appendProperty(key);
   }
-  InternalVariant property(key);
-  const Status status = (property.*setter)(value);
-  return status == StatusOk ? addProperty(std::move(property)) : status;
+  return property == nullptr ? StatusOutOfMemory : (property->*setter)(value);
+}
+
+template <auto setter, class T>
+Status GenericObject::setHandle(unsigned short key, const SharedPointer<T>& value) {
+  return value ? set<setter>(key, value) : StatusWrongState;
 }
 
 Status GenericObject::getProperty(unsigned short key, Variant& value) const {
@@ -174,14 +183,17 @@ Status GenericObject::getProperty(unsigned short key, Variant& value) const {
 }
 
 Status GenericObject::setProperty(unsigned short key, const Variant& value) {
-  InternalVariant* const present = findProperty(key);
-  if (present == nullptr) {
-    return addProperty(InternalVariant(key, value));
-  }
-  if (present->dataType() != value.dataType()) {
+  InternalVariant copy(key, value);  // `value` may stand in the list that grows here
+  InternalVariant* property = findProperty(key);
+  if (property == nullptr) {
+    property = appendProperty(key);
+  } else if (property->dataType() != copy.dataType()) {
     return StatusWrongState;
   }
-  *present = InternalVariant(key, value);
+  if (property == nullptr) {
+    return StatusOutOfMemory;
+  }
+  *property = std::move(copy);
   return StatusOk;
 }
 
@@ -197,103 +209,103 @@ bool GenericObject::operator==(const GenericObject& other) const {
 }
 
 Status GenericObject::getInt8Property(unsigned short key, signed char& value) const {
-  return get(key, &Variant::getInt8Value, value);
+  return get<&Variant::getInt8Value>(key, value);
 }
 Status GenericObject::getUint8Property(unsigned short key, unsigned char& value) const {
-  return get(key, &Variant::getUint8Value, value);
+  return get<&Variant::getUint8Value>(key, value);
 }
 Status GenericObject::getInt16Property(unsigned short key, short& value) const {
-  return get(key, &Variant::getInt16Value, value);
+  return get<&Variant::getInt16Value>(key, value);
 }
 Status GenericObject::getUint16Property(unsigned short key, unsigned short& value) const {
-  return get(key, &Variant::getUint16Value, value);
+  return get<&Variant::getUint16Value>(key, value);
 }
 Status GenericObject::getInt32Property(unsigned short key, int& value) const {
-  return get(key, &Variant::getInt32Value, value);
+  return get<&Variant::getInt32Value>(key, value);
 }
 Status GenericObject::getUint32Property(unsigned short key, unsigned int& value) const {
-  return get(key, &Variant::getUint32Value, value);
+  return get<&Variant::getUint32Value>(key, value);
 }
 Status GenericObject::getInt64Property(unsigned short key, long long& value) const {
-  return get(key, &Variant::getInt64Value, value);
+  return get<&Variant::getInt64Value>(key, value);
 }
 Status GenericObject::getUint64Property(unsigned short key, unsigned long long& value) const {
-  return get(key, &Variant::getUint64Value, value);
+  return get<&Variant::getUint64Value>(key, value);
 }
 Status GenericObject::getFloatProperty(unsigned short key, float& value) const {
-  return get(key, &Variant::getFloatValue, value);
+  return get<&Variant::getFloatValue>(key, value);
 }
 Status GenericObject::getDoubleProperty(unsigned short key, double& value) const {
-  return get(key, &Variant::getDoubleValue, value);
+  return get<&Variant::getDoubleValue>(key, value);
 }
 Status GenericObject::getBooleanProperty(unsigned short key, bool& value) const {
-  return get(key, &Variant::getBooleanValue, value);
+  return get<&Variant::getBooleanValue>(key, value);
 }
 Status GenericObject::getStringProperty(unsigned short key,
                                         SharedPointer<CharacterData>& value) const {
-  return get(key, &Variant::getStringValue, value);
+  return get<&Variant::getStringValue>(key, value);
 }
 Status GenericObject::getGenericObjectProperty(unsigned short key,
                                                SharedPointer<GenericObject>& value) const {
-  return get(key, &Variant::getGenericObjectValue, value);
+  return get<&Variant::getGenericObjectValue>(key, value);
 }
 Status GenericObject::getObjectProperty(unsigned short key,
                                         SharedPointer<ObjectBase>& value) const {
-  return get(key, &Variant::getObjectValue, value);
+  return get<&Variant::getObjectValue>(key, value);
 }
 Status GenericObject::getCollectionProperty(unsigned short key,
                                             SharedPointer<ValueCollection>& value) const {
-  return get(key, &Variant::getCollectionValue, value);
+  return get<&Variant::getCollectionValue>(key, value);
 }
 
 Status GenericObject::setInt8Property(unsigned short key, signed char value) {
-  return set(key, &Variant::setInt8Value, value);
+  return set<&Variant::setInt8Value>(key, value);
 }
 Status GenericObject::setUint8Property(unsigned short key, unsigned char value) {
-  return set(key, &Variant::setUint8Value, value);
+  return set<&Variant::setUint8Value>(key, value);
 }
 Status GenericObject::setInt16Property(unsigned short key, short value) {
-  return set(key, &Variant::setInt16Value, value);
+  return set<&Variant::setInt16Value>(key, value);
 }
 Status GenericObject::setUint16Property(unsigned short key, unsigned short value) {
-  return set(key, &Variant::setUint16Value, value);
+  return set<&Variant::setUint16Value>(key, value);
 }
 Status GenericObject::setInt32Property(unsigned short key, int value) {
-  return set(key, &Variant::setInt32Value, value);
+  return set<&Variant::setInt32Value>(key, value);
 }
 Status GenericObject::setUint32Property(unsigned short key, unsigned int value) {
-  return set(key, &Variant::setUint32Value, value);
+  return set<&Variant::setUint32Value>(key, value);
 }
 Status GenericObject::setInt64Property(unsigned short key, long long value) {
-  return set(key, &Variant::setInt64Value, value);
+  return set<&Variant::setInt64Value>(key, value);
 }
 Status GenericObject::setUint64Property(unsigned short key, unsigned long long value) {
-  return set(key, &Variant::setUint64Value, value);
+  return set<&Variant::setUint64Value>(key, value);
 }
 Status GenericObject::setFloatProperty(unsigned short key, float value) {
-  return set(key, &Variant::setFloatValue, value);
+  return set<&Variant::setFloatValue>(key, value);
 }
 Status GenericObject::setDoubleProperty(unsigned short key, double value) {
-  return set(key, &Variant::setDoubleValue, value);
+  return set<&Variant::setDoubleValue>(key, value);
 }
 Status GenericObject::setBooleanProperty(unsigned short key, bool value) {
-  return set(key, &Variant::setBooleanValue, value);
+  return set<&Variant::setBooleanValue>(key, value);
 }
 Status GenericObject::setStringProperty(unsigned short key,
                                         const SharedPointer<CharacterData>& value) {
-  return set(key, &Variant::setStringValue, value);
+  return setHandle<&Variant::setStringValue>(key, value);
 }
 Status GenericObject::setGenericObjectProperty(unsigned short key,
                                                const SharedPointer<GenericObject>& value) {
-  return set(key, &Variant::setGenericObjectValue, value);
+  return setHandle<&Variant::setGenericObjectValue>(key, value);
 }
 Status GenericObject::setObjectProperty(unsigned short key,
                                         const SharedPointer<ObjectBase>& value) {
-  return set(key, &Variant::setObjectValue, value);
+  return setHandle<&Variant::setObjectValue>(key, value);
 }
 Status GenericObject::setCollectionProperty(unsigned short key,
                                             const SharedPointer<ValueCollection>& value) {
-  return set(key, &Variant::setCollectionValue, value);
+  return setHandle<&Variant::setCollectionValue>(key, value);
 }
 
 }  // namespace trelvo::gom

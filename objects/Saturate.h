@@ -15,7 +15,8 @@ constexpr To saturate(From value) noexcept {
   constexpr To kMin = std::numeric_limits<To>::min();
   constexpr To kMax = std::numeric_limits<To>::max();
   // The first whole number above the range is a power of two and exact in From; kMax need not be.
-  constexpr From kEnd = static_cast<From>(kMax / 2 + 1) * 2;
+  constexpr To kHalf = kMax / 2 + 1;
+  constexpr From kEnd = static_cast<From>(kHalf) * 2;
 
   if (value >= kEnd) return kMax;
   if (value > static_cast<From>(kMin)) return static_cast<To>(value);

@@ -52,42 +52,6 @@ Status Variant::getHandle(Type type, SharedPointer<T>& value) const {
   return StatusOk;
 }
 
-void Variant::pinTarget() const noexcept {
-  if (!holdsHandle() || m_value == 0) {
-    return;
-  }
-  switch (m_type) {
-    case TypeString:
-      return target<CharacterData>()->increment();
-    case TypeGenericObject:
-      return target<GenericObject>()->increment();
-    case TypeObject:
-      return target<ObjectBase>()->increment();
-    default:
-      return target<ValueCollection>()->increment();
-  }
-}
-
-void Variant::dropTarget() noexcept {
-  if (!holdsHandle() || m_value == 0) {
-    return;
-  }
-  switch (m_type) {
-    case TypeString:
-      target<CharacterData>()->decrement();
-      break;
-    case TypeGenericObject:
-      target<GenericObject>()->decrement();
-      break;
-    case TypeObject:
-      target<ObjectBase>()->decrement();
-      break;
-    default:
-      target<ValueCollection>()->decrement();
-  }
-  m_value = 0;
-}
-
 Variant::Variant(const Variant& other) noexcept
     : ISerializable(other), m_key(other.m_key), m_type(other.m_type), m_value(other.m_value) {
   pinTarget();

@@ -2,13 +2,14 @@
 
 #include <cstring>
 
+#include <trelvo/gom/ReferenceCountable.h>
 #include <trelvo/gom/Variant.h>
 
 namespace trelvo::gom {
 
 /// The payload bytes of a scalar type; 0 for every other tag.
 inline unsigned int scalarWidth(unsigned short type) noexcept {
-  constexpr unsigned char kWidths[] = {0, 1, 1, 2, 2, 4, 4, 8, 8, 4, 8, 1};
+  static constexpr unsigned char kWidths[] = {0, 1, 1, 2, 2, 4, 4, 8, 8, 4, 8, 1};
   return type < sizeof kWidths ? kWidths[type] : 0;
 }
 
@@ -32,9 +33,23 @@ void Variant::store(T value) noexcept {
   std::memcpy(&m_value, &value, sizeof(T));
 }
 
+// Whatever the tag, a handle is kept as its counted base, which is all that counting needs.
 template <class T>
 T* Variant::target() const noexcept {
-  return load<T*>();
+  return static_cast<T*>(load<ReferenceCountable*>());
+}
+
+inline void Variant::pinTarget() const noexcept {
+  if (holdsHandle() && m_value != 0) {
+    load<ReferenceCountable*>()->increment();
+  }
+}
+
+inline void Variant::dropTarget() noexcept {
+  if (holdsHandle() && m_value != 0) {
+    load<ReferenceCountable*>()->decrement();
+    m_value = 0;
+  }
 }
 
 template <class T>
@@ -43,7 +58,7 @@ void Variant::adopt(Type type, T* value) noexcept {
   dropTarget();
   m_type = type;
   m_value = 0;
-  store(value);
+  store<ReferenceCountable*>(value);
 }
 
 }  // namespace trelvo::gom

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <memory>
 #include <new>
-#include <typeinfo>
 #include <utility>
 
 #include <trelvo/gom/CharacterData.h>
@@ -13,7 +12,9 @@
 #include <trelvo/gom/Variant.h>
 #include <trelvo/schema/ObjectBaseFactory.h>
 
+#include "objects/ExactType.h"
 #include "objects/LittleEndian.h"
+#include "objects/PropertyLists.h"
 #include "objects/RecordCodec.h"
 #include "objects/VariantValue.h"
 
@@ -28,12 +29,45 @@ constexpr unsigned int kTrustedCount = 8;
 
 const RecordCodec* codecFor(const ObjectBase& record) noexcept {
   const RecordCodec* const codec = findRecordCodec(record.key());
-  return codec != nullptr && typeid(record) == *codec->type ? codec : nullptr;
+  return codec != nullptr && isSameType(typeid(record), *codec->type) ? codec : nullptr;
+}
+
+// A used list keeps growing by doubling.
+bool makeRoom(ValueCollection& list, unsigned int elements) noexcept {
+  try {
+    if (list.items.empty()) {
+      list.items.reserve(elements);
+    }
+    return true;
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
 }
 
 // A list's elements are variants as they are or, where an application made them, as properties.
 bool isPlainVariant(const Variant& variant) noexcept {
-  return typeid(variant) == typeid(Variant) || typeid(variant) == typeid(InternalVariant);
+  return isExactly<Variant>(variant) || isExactly<InternalVariant>(variant);
+}
+
+// Not a byte more than the width: the stream may have content behind. @return behind it.
+unsigned char* storeScalar(unsigned char* to, const void* value, unsigned int width) noexcept {
+  switch (width) {
+    case 0:
+      return to;
+    case 1:
+      std::memcpy(to, value, 1);
+      break;
+    case 2:
+      std::memcpy(to, value, 2);
+      break;
+    case 4:
+      std::memcpy(to, value, 4);
+      break;
+    default:
+      std::memcpy(to, value, kScalarRoom);
+  }
+  swapWireOrder(to, width);
+  return to + width;
 }
 
 }  // namespace
@@ -50,7 +84,7 @@ bool WireCodec::writeTarget(const T* target, WireWriter& writer) {
   if (target == nullptr) {
     return false;
   }
-  if (typeid(*target) == typeid(T)) {
+  if (isExactly<T>(*target)) {
     return write(*target, writer);
   }
   return writer.handOver([target](IStream& stream) { return target->write(stream); });
@@ -64,16 +98,24 @@ bool WireCodec::writeRecord(const ObjectBase& record, WireWriter& writer) {
   return writer.handOver([&record](IStream& stream) { return record.write(stream); });
 }
 
-bool WireCodec::write(const Variant& variant, WireWriter& writer) {
+// Part of the loops over properties and elements, where scalars are done without a call.
+[[gnu::always_inline]] inline bool WireCodec::writeVariant(const Variant& variant, WireWriter& writer) {
   unsigned char* to = writer.reserve(kVariantHeader + kScalarRoom);
   to = storeWire(to, variant.m_type);
   to = storeWire(to, variant.m_key);
-  const unsigned int width = scalarWidth(variant.m_type);
-  if (width != 0) {
-    std::memcpy(to, &variant.m_value, kScalarRoom);
-    swapWireOrder(to, width);
+  if (variant.holdsHandle()) {
+    writer.advance(to);
+    return writeHandle(variant, writer);
   }
-  writer.advance(to + width);
+  writer.advance(storeScalar(to, &variant.m_value, scalarWidth(variant.m_type)));
+  return writer.endPiece();
+}
+
+bool WireCodec::write(const Variant& variant, WireWriter& writer) {
+  return writeVariant(variant, writer);
+}
+
+bool WireCodec::writeHandle(const Variant& variant, WireWriter& writer) {
   switch (variant.m_type) {
     case Variant::TypeString:
       return writeTarget(variant.target<CharacterData>(), writer);
@@ -81,10 +123,8 @@ bool WireCodec::write(const Variant& variant, WireWriter& writer) {
       return writeTarget(variant.target<GenericObject>(), writer);
     case Variant::TypeObject:
       return variant.m_value != 0 && writeRecord(*variant.target<ObjectBase>(), writer);
-    case Variant::TypeCollection:
-      return writeTarget(variant.target<ValueCollection>(), writer);
     default:
-      return writer.endPiece();
+      return writeTarget(variant.target<ValueCollection>(), writer);
   }
 }
 
@@ -94,7 +134,7 @@ bool WireCodec::write(const GenericObject& object, WireWriter& writer) {
   writer.advance(storeWire(to, object.propertyCount()));
   if (object.m_properties) {
     for (const InternalVariant& property : object.m_properties->items) {
-      if (!write(property, writer)) {
+      if (!writeVariant(property, writer)) {
         return false;
       }
     }
@@ -110,7 +150,7 @@ bool WireCodec::write(const ValueCollection& list, WireWriter& writer) {
     }
     const bool written =
         isPlainVariant(*item)
-            ? write(*item, writer)
+            ? writeVariant(*item, writer)
             : writer.handOver([item](IStream& stream) { return item->write(stream); });
     if (!written) {
       return false;
@@ -121,7 +161,7 @@ bool WireCodec::write(const ValueCollection& list, WireWriter& writer) {
 
 template <class T>
 bool WireCodec::addTargetSize(const T* target, unsigned long long& total) noexcept {
-  return target != nullptr && typeid(*target) == typeid(T) && addSize(*target, total);
+  return target != nullptr && isExactly<T>(*target) && addSize(*target, total);
 }
 
 bool WireCodec::addSize(const CharacterData& text, unsigned long long& total) noexcept {
@@ -135,8 +175,18 @@ bool WireCodec::addSize(const ObjectBase& record, unsigned long long& total) noe
   return codec != nullptr && codec->size(record, total);
 }
 
-bool WireCodec::addSize(const Variant& variant, unsigned long long& total) noexcept {
+// Part of the loops over properties and elements, as writeVariant().
+[[gnu::always_inline]] inline bool WireCodec::addVariantSize(const Variant& variant,
+                                                             unsigned long long& total) noexcept {
   total += kVariantHeader + scalarWidth(variant.m_type);
+  return !variant.holdsHandle() || addHandleSize(variant, total);
+}
+
+bool WireCodec::addSize(const Variant& variant, unsigned long long& total) noexcept {
+  return addVariantSize(variant, total);
+}
+
+bool WireCodec::addHandleSize(const Variant& variant, unsigned long long& total) noexcept {
   switch (variant.m_type) {
     case Variant::TypeString:
       return addTargetSize(variant.target<CharacterData>(), total);
@@ -144,43 +194,79 @@ bool WireCodec::addSize(const Variant& variant, unsigned long long& total) noexc
       return addTargetSize(variant.target<GenericObject>(), total);
     case Variant::TypeObject:
       return variant.m_value != 0 && addSize(*variant.target<ObjectBase>(), total);
-    case Variant::TypeCollection:
-      return addTargetSize(variant.target<ValueCollection>(), total);
     default:
-      return true;
+      return addTargetSize(variant.target<ValueCollection>(), total);
   }
 }
 
 bool WireCodec::addSize(const GenericObject& object, unsigned long long& total) noexcept {
   total += sizeof object.m_key + sizeof(unsigned int);
-  if (!object.m_properties) {
-    return true;
+  if (object.m_properties) {
+    for (const InternalVariant& property : object.m_properties->items) {
+      if (!addVariantSize(property, total)) {
+        return false;
+      }
+    }
   }
-  const auto& items = object.m_properties->items;
-  return std::all_of(items.begin(), items.end(), [&total](const InternalVariant& property) {
-    return addSize(property, total);
-  });
+  return true;
 }
 
 bool WireCodec::addSize(const ValueCollection& list, unsigned long long& total) noexcept {
   total += sizeof(unsigned int);
-  return std::all_of(list.items.begin(), list.items.end(), [&total](const Variant* item) {
-    return item != nullptr && isPlainVariant(*item) && addSize(*item, total);
-  });
+  for (const Variant* const item : list.items) {
+    if (item == nullptr || !isPlainVariant(*item) || !addVariantSize(*item, total)) {
+      return false;
+    }
+  }
+  return true;
 }
 
-bool WireCodec::read(Variant& variant, WireReader& reader) {
+// Any byte but 0 is true.
+inline void WireCodec::normalize(Variant& variant) noexcept {
+  if (variant.m_type == Variant::TypeBoolean) {
+    variant.store(variant.load<bool>());
+  }
+}
+
+// Part of the loops over properties and elements, as writeVariant(). Near the end of the bytes, and
+// from other streams, a value arrives piece by piece.
+[[gnu::always_inline]] inline bool WireCodec::readVariant(Variant& variant, WireReader& reader) {
+  const unsigned char* const from = reader.peek(kVariantHeader + kScalarRoom);
+  if (from == nullptr) {
+    return readInPieces(variant, reader);
+  }
+  variant.dropTarget();
+  variant.m_type = loadWire<unsigned short>(from);
+  variant.m_key = loadWire<unsigned short>(from + sizeof variant.m_type);
+  reader.skip(kVariantHeader);
+  if (variant.holdsHandle()) {
+    variant.m_value = 0;  // an earlier scalar's bytes are no pointer
+    return readHandle(variant, reader);
+  }
+  const unsigned int width = scalarWidth(variant.m_type);
+  storeScalar(reinterpret_cast<unsigned char*>(&variant.m_value), from + kVariantHeader, width);
+  reader.skip(width);
+  normalize(variant);
+  return true;
+}
+
+bool WireCodec::read(Variant& variant, WireReader& reader) { return readVariant(variant, reader); }
+
+bool WireCodec::readInPieces(Variant& variant, WireReader& reader) {
   variant.dropTarget();
   unsigned short type = variant.m_type;
   const bool complete = reader.get(type);
   variant.m_type = type;
   if (variant.holdsHandle()) {
-    variant.m_value = 0;  // an earlier scalar's bytes are no pointer
+    variant.m_value = 0;
   }
-  return complete && reader.get(variant.m_key) && readPayload(variant, reader);
+  if (!complete || !reader.get(variant.m_key)) {
+    return false;
+  }
+  return variant.holdsHandle() ? readHandle(variant, reader) : readScalar(variant, reader);
 }
 
-bool WireCodec::readPayload(Variant& variant, WireReader& reader) {
+bool WireCodec::readHandle(Variant& variant, WireReader& reader) {
   switch (variant.m_type) {
     case Variant::TypeString:
       return readTarget<CharacterData>(variant, reader);
@@ -188,10 +274,8 @@ bool WireCodec::readPayload(Variant& variant, WireReader& reader) {
       return readTarget<GenericObject>(variant, reader);
     case Variant::TypeObject:
       return readRecord(variant, reader);
-    case Variant::TypeCollection:
-      return readTarget<ValueCollection>(variant, reader);
     default:
-      return readScalar(variant, reader);
+      return readTarget<ValueCollection>(variant, reader);
   }
 }
 
@@ -200,9 +284,7 @@ bool WireCodec::readScalar(Variant& variant, WireReader& reader) {
   if (width != 0 && !reader.getImage(&variant.m_value, width)) {
     return false;
   }
-  if (variant.m_type == Variant::TypeBoolean) {
-    variant.store(variant.load<bool>());
-  }
+  normalize(variant);
   return reader.good();
 }
 
@@ -240,7 +322,7 @@ bool WireCodec::readRecord(Variant& variant, WireReader& reader) {
 
 bool WireCodec::read(GenericObject& object, WireReader& reader) {
   const WireReader::Level level(reader);
-  SharedPointer<GenericObject::Properties> properties = GenericObject::Properties::create();
+  SharedPointer<GenericObject::Properties> properties = PropertyLists::take();
   unsigned short key = 0;
   if (level.tooDeep() || !properties || !reader.get(key)) {
     return false;
@@ -255,7 +337,7 @@ bool WireCodec::read(GenericObject& object, WireReader& reader) {
   try {
     properties->items.reserve(std::min(left, kTrustedCount));
     for (; left > 0; --left) {
-      if (!read(properties->items.emplace_back(static_cast<unsigned short>(0)), reader)) {
+      if (!readVariant(properties->items.emplace_back(static_cast<unsigned short>(0)), reader)) {
         return false;
       }
     }
@@ -270,12 +352,12 @@ bool WireCodec::read(GenericObject& object, WireReader& reader) {
 bool WireCodec::read(ValueCollection& list, WireReader& reader) {
   const WireReader::Level level(reader);
   unsigned int left = 0;
-  if (level.tooDeep() || !reader.get(left)) {
+  if (level.tooDeep() || !reader.get(left) || !makeRoom(list, std::min(left, kTrustedCount))) {
     return false;
   }
   for (; left > 0; --left) {
     std::unique_ptr<Variant> item(Variant::create());
-    if (!item || !read(*item, reader) || list.add(item.get()) != StatusOk) {
+    if (!item || !readVariant(*item, reader) || list.add(item.get()) != StatusOk) {
       return false;
     }
     static_cast<void>(item.release());

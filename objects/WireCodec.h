@@ -30,7 +30,8 @@ class WireCodec {
       unsigned long long total = 0;
       return addSize(*static_cast<const T*>(object), total) ? total : 0;
     });
-    return write(value, writer) && writer.finish();
+    const bool complete = write(value, writer);
+    return writer.finish() && complete;  // what precedes a failure is on the stream too
   }
 
   /// read() of `value` from a stream.
@@ -45,6 +46,8 @@ class WireCodec {
   static bool write(const Variant& variant, WireWriter& writer);
   static bool write(const GenericObject& object, WireWriter& writer);
   static bool write(const ValueCollection& list, WireWriter& writer);
+  static bool writeVariant(const Variant& variant, WireWriter& writer);
+  static bool writeHandle(const Variant& variant, WireWriter& writer);
   static bool writeRecord(const ObjectBase& record, WireWriter& writer);
   template <class T>
   static bool writeTarget(const T* target, WireWriter& writer);
@@ -54,6 +57,8 @@ class WireCodec {
   static bool addSize(const GenericObject& object, unsigned long long& total) noexcept;
   static bool addSize(const ValueCollection& list, unsigned long long& total) noexcept;
   static bool addSize(const ObjectBase& record, unsigned long long& total) noexcept;
+  static bool addVariantSize(const Variant& variant, unsigned long long& total) noexcept;
+  static bool addHandleSize(const Variant& variant, unsigned long long& total) noexcept;
   template <class T>
   static bool addTargetSize(const T* target, unsigned long long& total) noexcept;
 
@@ -61,7 +66,10 @@ class WireCodec {
   static bool read(Variant& variant, WireReader& reader);
   static bool read(GenericObject& object, WireReader& reader);
   static bool read(ValueCollection& list, WireReader& reader);
-  static bool readPayload(Variant& variant, WireReader& reader);
+  static bool readVariant(Variant& variant, WireReader& reader);
+  static bool readInPieces(Variant& variant, WireReader& reader);
+  static bool readHandle(Variant& variant, WireReader& reader);
+  static void normalize(Variant& variant) noexcept;
   static bool readScalar(Variant& variant, WireReader& reader);
   static bool readRecord(Variant& variant, WireReader& reader);
   template <class T>

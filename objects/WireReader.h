@@ -26,9 +26,10 @@ class WireReader {
   WireReader(const WireReader&) = delete;
   WireReader& operator=(const WireReader&) = delete;
 
-  /// Reads one value. After a short read the bytes that did arrive stand in `value`.
+  /// Reads one value. After a short read the bytes that did arrive stand in `value`. Always inline:
+  /// left alone, compilers judge it by its second half, which hardly ever runs.
   template <class T>
-  bool get(T& value) {
+  [[gnu::always_inline]] bool get(T& value) {
     if (static_cast<unsigned long>(m_end - m_next) >= sizeof(T)) {
       value = loadWire<T>(m_next);
       m_next += sizeof(T);
@@ -36,6 +37,13 @@ class WireReader {
     }
     return getImage(&value, sizeof(T));
   }
+
+  /// The next `count` bytes where they stand in memory, to be passed over by skip(); null when there
+  /// are fewer, or the stream is no BufferStream.
+  const unsigned char* peek(unsigned int count) const noexcept {
+    return static_cast<unsigned long>(m_end - m_next) >= count ? m_next : nullptr;
+  }
+  void skip(unsigned int count) noexcept { m_next += count; }
 
   /// Reads a value of `size` bytes into the memory image at `image`.
   bool getImage(void* image, unsigned int size);

@@ -1,11 +1,14 @@
 #include "objects/WireWriter.h"
 
 #include <cstring>
+#include <new>
 #include <typeinfo>
 
 namespace trelvo {
 
 namespace {
+
+constexpr unsigned int kGrowthStep = 512;
 
 Buffer* bufferOf(IStream& stream) {
   return typeid(stream) == typeid(BufferStream) ? &static_cast<BufferStream&>(stream).buffer()
@@ -17,35 +20,49 @@ Buffer* bufferOf(IStream& stream) {
 WireWriter::WireWriter(IStream& stream) : m_stream(stream), m_buffer(bufferOf(stream)) {
   if (m_buffer != nullptr) {
     m_origin = m_buffer->writePosition();
-    aimAtBlock();
+    aimAtBlock(0);
   } else {
     aimAtScratch();
   }
 }
 
 WireWriter::~WireWriter() {
-  if (m_buffer != nullptr && m_start != m_scratch) {
-    commitBlock();
+  if (m_buffer != nullptr) {
+    try {
+      commit();
+    } catch (const std::bad_alloc&) {
+      // Only while another exception is on its way: the bytes gathered last are lost.
+    }
   }
 }
 
-void WireWriter::aimAtBlock() noexcept {
+// @return whether `count` bytes fit there.
+bool WireWriter::aimAtBlock(unsigned int count) noexcept {
   unsigned char* const block = m_buffer->data();
   m_start = block + m_buffer->writePosition();
   m_next = m_start;
   m_end = block + m_buffer->m_storage.size();
+  return static_cast<unsigned long>(m_end - m_next) >= count;
 }
 
 void WireWriter::aimAtScratch() noexcept {
   m_start = m_scratch;
   m_next = m_scratch;
-  m_end = m_scratch + kMaxRoom;
+  m_end = m_scratch + kGathered;
 }
 
-void WireWriter::commitBlock() noexcept {
-  if (m_next != m_start) {
-    m_buffer->wrote(static_cast<unsigned int>(m_next - m_start));
+// Makes the pending bytes part of the buffer.
+void WireWriter::commit() {
+  const auto pending = static_cast<unsigned int>(m_next - m_start);
+  if (pending == 0) {
+    return;
+  }
+  if (m_start == m_scratch) {
+    m_next = m_start;
+    m_buffer->append(m_scratch, pending);
+  } else {
     m_start = m_next;
+    m_buffer->wrote(pending);
   }
 }
 
@@ -53,19 +70,13 @@ bool WireWriter::release() {
   if (m_buffer == nullptr) {
     return flushToStream();
   }
-  if (m_start == m_scratch) {
-    const auto pending = static_cast<unsigned int>(m_next - m_start);
-    m_next = m_start;
-    m_buffer->append(m_scratch, pending);
-  } else {
-    commitBlock();
-  }
+  commit();
   return true;
 }
 
 bool WireWriter::resume() noexcept {
   if (m_buffer != nullptr) {
-    aimAtBlock();
+    aimAtBlock(0);
   }
   return true;
 }
@@ -79,6 +90,8 @@ bool WireWriter::flushToStream() {
   return !m_failed && m_stream.good();
 }
 
+// A buffer that grows field by field up to a multiple of 512 ends with exactly that; asked for so
+// many bytes at once it takes a step more.
 void WireWriter::growByHint() {
   if (m_hint == nullptr) {
     return;
@@ -86,18 +99,22 @@ void WireWriter::growByHint() {
   const unsigned long long total = m_hint(m_hintObject);
   m_hint = nullptr;
   if (total != 0 && m_origin + total < 0xFFFFFE00ULL) {
-    m_buffer->makeRoom(static_cast<unsigned int>(m_origin + total));
+    const auto end = static_cast<unsigned int>(m_origin + total);
+    m_buffer->makeRoom(end % kGrowthStep == 0 ? end - 1 : end);
   }
 }
 
 void WireWriter::findRoom(unsigned int count) {
-  release();
-  if (m_buffer != nullptr) {
+  if (m_buffer == nullptr) {
+    flushToStream();
+  } else if (m_start == m_scratch) {
     growByHint();
-    aimAtBlock();
-    if (static_cast<unsigned long>(m_end - m_next) >= count) {
+    commit();
+    if (aimAtBlock(count)) {
       return;
     }
+  } else {
+    commit();
   }
   aimAtScratch();
 }

@@ -11,12 +11,14 @@ namespace trelvo {
 /// brought up to date when it ends. For any other stream it gathers a piece (a property, a record)
 /// and hands it over in one call. The bytes and their order are the same.
 ///
-/// Its growth is one step: the first time the block is too small it asks the size hint for the
-/// bytes of the whole and makes room once.
+/// Its growth is one step: what the block has no room for is gathered, and small forms end there.
+/// When that is full too it asks the size hint for the bytes of the whole and makes room once.
 class WireWriter {
  public:
   /// The most that one reserve() may ask for.
   static constexpr unsigned int kMaxRoom = 256;
+  /// Forms up to this size need no hint.
+  static constexpr unsigned int kGathered = 2048;
 
   explicit WireWriter(IStream& stream);
   /// Keeps what was put before an exception.
@@ -57,9 +59,9 @@ class WireWriter {
 
  private:
   void findRoom(unsigned int count);
-  void aimAtBlock() noexcept;
+  bool aimAtBlock(unsigned int count) noexcept;
   void aimAtScratch() noexcept;
-  void commitBlock() noexcept;
+  void commit();
   bool flushToStream();
   bool release();
   bool resume() noexcept;
@@ -74,7 +76,7 @@ class WireWriter {
   unsigned char* m_start = nullptr;  // pending bytes: from here to m_next
   unsigned char* m_next = nullptr;
   unsigned char* m_end = nullptr;
-  unsigned char m_scratch[kMaxRoom];
+  unsigned char m_scratch[kGathered];
 };
 
 }  // namespace trelvo

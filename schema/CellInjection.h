@@ -36,7 +36,7 @@ struct CellInjection {
   /// object.
   template <class Traits, class Implementation>
   static Handle<Implementation> share(const Handle<Implementation>& other) {
-    const Handle<Implementation> made = gom::makeObject<Implementation>();
+    Handle<Implementation> made = gom::makeObject<Implementation>();
     if (made) {
       WrapperFactory::rewrap(*made, Traits::kObjectKey, object(other));
     }

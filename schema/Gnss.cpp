@@ -45,7 +45,7 @@ void GnssMeasurement::unset(unsigned int mask) { Properties::remove(m_object, ma
 
 gom::SharedPointer<PositionEstimate> GnssMeasurement::toPosition() const {
   const gom::SharedPointer<GnssMeasurementData> data = measurementData();
-  const gom::SharedPointer<PositionEstimate> estimate =
+  gom::SharedPointer<PositionEstimate> estimate =
       data ? data->toPosition() : gom::SharedPointer<PositionEstimate>();
   if (!estimate || !valueExists(HasTimeStamp)) {
     return estimate;

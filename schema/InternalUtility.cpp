@@ -1,10 +1,28 @@
 #include <trelvo/schema/InternalUtility.h>
 
+#include <cstddef>
 #include <memory>
+#include <new>
 
 namespace trelvo::schema {
 
 namespace {
+
+// Most lists of neighbours and cells end with as many members.
+constexpr std::size_t kUsualMembers = 8;
+
+// An empty list with room for the usual members; an empty handle when memory runs out.
+gom::SharedPointer<gom::ValueCollection> makeList() {
+  gom::SharedPointer<gom::ValueCollection> list = gom::ValueCollection::create();
+  try {
+    if (list) {
+      list->items.reserve(kUsualMembers);
+    }
+    return list;
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
+}
 
 // Appends an element of key 0 with `value` in it. The collection owns the element from then on.
 template <class T>
@@ -51,12 +69,12 @@ Status InternalUtility::getCollection(gom::SharedPointer<gom::GenericObject>& ob
   if (!object) {
     return StatusWrongState;
   }
-  if (object->propertyExists(key)) {
-    const Status status = object->getCollectionProperty(key, collection);
+  const Status present = object->getCollectionProperty(key, collection);
+  if (present != StatusNotFound) {
     // A list that failed to read or to clone stands in its variant as an empty handle.
-    return status == StatusOk && !collection ? StatusWrongState : status;
+    return present == StatusOk && !collection ? StatusWrongState : present;
   }
-  gom::SharedPointer<gom::ValueCollection> made = gom::ValueCollection::create();
+  gom::SharedPointer<gom::ValueCollection> made = makeList();
   if (!made) {
     return StatusOutOfMemory;
   }

@@ -1,6 +1,7 @@
 #include <trelvo/schema/ObjectBaseFactory.h>
 
 #include <iterator>
+#include <new>
 
 #include <trelvo/schema/Area.h>
 #include <trelvo/schema/CdmaCell.h>
@@ -57,9 +58,10 @@ struct Entry {
   RecordCodec codec;
 };
 
+// What Record::create() does, without a second handle on the way.
 template <class Record>
 gom::SharedPointer<ObjectBase> create() {
-  return Record::create();
+  return new (std::nothrow) Record;
 }
 
 template <class Record>

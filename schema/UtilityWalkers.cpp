@@ -1,14 +1,17 @@
+#include <trelvo/schema/Utility.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+
 #include <trelvo/gom/GenericObject.h>
+#include <trelvo/gom/ObjectBase.h>
 #include <trelvo/gom/SharedPointer.h>
 #include <trelvo/gom/ValueCollection.h>
 #include <trelvo/gom/Variant.h>
 #include <trelvo/schema/CellularObjectDn.h>
 #include <trelvo/schema/Technology.h>
-#include <trelvo/schema/Utility.h>
 #include <trelvo/schema/WlanApMeasurement.h>
-
-#include <algorithm>
-#include <limits>
 
 #include "schema/ObjectKeys.h"
 #include "schema/PropertyKeys.h"

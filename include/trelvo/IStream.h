@@ -33,6 +33,7 @@ class TRELVO_EXPORT IStream {
   /// Gives the total size in bytes. @return true when `size` was set.
   virtual bool getSize(unsigned int& size) = 0;
 
+  /// What the stream can do. No caller has to ask: reading and writing tell by themselves.
   virtual bool canRead() const = 0;
   virtual bool canSeek() const = 0;
   virtual bool canWrite() const = 0;

@@ -32,6 +32,7 @@ class TRELVO_EXPORT StateEstimate {
   double& operator[](unsigned int index) noexcept {
     return m_elements[index < kElementCount ? index : 0];
   }
+  /// The same for reading.
   const double& operator[](unsigned int index) const noexcept {
     return m_elements[index < kElementCount ? index : 0];
   }

@@ -5,8 +5,8 @@
 
 namespace trelvo {
 
-/// The horizontal covariance that goes with a StateEstimate, in squared degrees: a ShapeMatrix under
-/// its own name.
+/// The horizontal covariance that goes with a StateEstimate, in squared degrees: a ShapeMatrix
+/// under its own name.
 class TRELVO_EXPORT StateEstimateCovariance : public ShapeMatrix {
  public:
   /// All elements 0.0.

@@ -23,10 +23,13 @@ class auto_array {
   /// Takes over `block`, which holds `size` elements.
   auto_array(T* block, unsigned int size) noexcept : m_pointer(block), m_size(size) {}
 
+  /// Takes over the carried block.
   auto_array(auto_array_proxy<T> proxy) noexcept  // NOLINT(google-explicit-constructor)
       : m_pointer(proxy.pointer), m_size(proxy.size) {}
 
+  /// Takes over the block and leaves `other` empty.
   auto_array(auto_array&& other) noexcept : auto_array(other.handOut()) {}
+  /// Deletes the old block, takes over the other's and leaves `other` empty.
   auto_array& operator=(auto_array&& other) noexcept {
     if (this != &other) {
       *this = other.handOut();

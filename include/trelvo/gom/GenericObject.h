@@ -63,6 +63,7 @@ class TRELVO_EXPORT GenericObject : public ReferenceCountable, public ISerializa
   /// of 0, the object is as it was. Nesting beyond 512 levels gives false. Throws as Variant::read.
   [[nodiscard]] bool read(IStream& stream) override;
 
+  /// The object's own key, which says what kind of object it is; 0 is none.
   unsigned short key() const noexcept { return m_key; }
   /// The number of properties.
   unsigned int propertyCount() const noexcept;
@@ -84,6 +85,7 @@ class TRELVO_EXPORT GenericObject : public ReferenceCountable, public ISerializa
   /// Takes a property out; the others keep their order. @return false when the key is absent.
   bool removeProperty(unsigned short key);
 
+  /// The value of a property of that type; see above for when it fails. Handles are shared.
   Status getInt8Property(unsigned short key, signed char& value) const;
   Status getUint8Property(unsigned short key, unsigned char& value) const;
   Status getInt16Property(unsigned short key, short& value) const;
@@ -103,6 +105,7 @@ class TRELVO_EXPORT GenericObject : public ReferenceCountable, public ISerializa
   /// Assigns the property to `value`, its key included. @return StatusOk or StatusNotFound.
   Status getProperty(unsigned short key, Variant& value) const;
 
+  /// Sets a property of that type; see above for when it fails. Handles are shared.
   Status setInt8Property(unsigned short key, signed char value);
   Status setUint8Property(unsigned short key, unsigned char value);
   Status setInt16Property(unsigned short key, short value);
@@ -132,11 +135,13 @@ class TRELVO_EXPORT GenericObject : public ReferenceCountable, public ISerializa
   friend class WireCodec;
   using Properties = Collection<InternalVariant>;
 
-  Status addProperty(InternalVariant&& property);
-  template <class Getter, class T>
-  Status get(unsigned short key, Getter getter, T& value) const;
-  template <class Setter, class T>
-  Status set(unsigned short key, Setter setter, const T& value);
+  InternalVariant* appendProperty(unsigned short key);
+  template <auto getter, class T>
+  Status get(unsigned short key, T& value) const;
+  template <auto setter, class T>
+  Status set(unsigned short key, const T& value);
+  template <auto setter, class T>
+  Status setHandle(unsigned short key, const SharedPointer<T>& value);
 
   unsigned short m_key = 0;
   SharedPointer<Collection<InternalVariant>> m_properties;

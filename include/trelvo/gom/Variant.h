@@ -92,6 +92,7 @@ class TRELVO_EXPORT Variant : public ISerializable {
   bool operator==(const Variant& other) const;
   bool operator!=(const Variant& other) const { return !(*this == other); }
 
+  /// The key, which names a property of an object and is 0 for an element of a list.
   unsigned short key() const noexcept { return m_key; }
   /// The type tag; one read from a stream may be above 15.
   unsigned short dataType() const noexcept { return m_type; }
@@ -106,6 +107,7 @@ class TRELVO_EXPORT Variant : public ISerializable {
   static void operator delete(void* block, const std::nothrow_t& tag) noexcept;
   static void operator delete(void* /*block*/, void* /*place*/) noexcept {}
 
+  /// Stores a value of that type; see above for when it fails. Handles are shared.
   Status setInt8Value(signed char value);
   Status setUint8Value(unsigned char value);
   Status setInt16Value(short value);
@@ -122,6 +124,7 @@ class TRELVO_EXPORT Variant : public ISerializable {
   Status setObjectValue(const SharedPointer<ObjectBase>& value);
   Status setCollectionValue(const SharedPointer<ValueCollection>& value);
 
+  /// Gives the value, when this variant has that type. Handles are shared.
   Status getInt8Value(signed char& value) const;
   Status getUint8Value(unsigned char& value) const;
   Status getInt16Value(short& value) const;

@@ -25,6 +25,7 @@ class TRELVO_EXPORT EUtraCell : public gom::ObjectBase {
     HasNeighbors = 0x4,
   };
 
+  /// The list of neighbours, in the order in which they were added.
   using Neighbors = gom::ObjectCollection<EUtraNeighborCell>;
 
   /// Nothing set.

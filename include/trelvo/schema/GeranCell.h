@@ -33,6 +33,7 @@ class TRELVO_EXPORT GeranCell : public gom::ObjectBase {
     HasNeighbors = 0x4,
   };
 
+  /// The list of neighbours, in the order in which they were added.
   using Neighbors = gom::ObjectCollection<GeranNeighborCell>;
 
   /// Nothing set.

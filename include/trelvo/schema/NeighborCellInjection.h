@@ -17,7 +17,9 @@ namespace trelvo::schema {
 template <class Traits>
 class TRELVO_EXPORT NeighborCellInjection : public GenericObjectWrapper {
  public:
+  /// The class of the neighbour's frequency info.
   using FrequencyInfo = typename Traits::FrequencyInfo;
+  /// The class of the neighbour's measurement.
   using Measurement = typename Traits::Measurement;
 
   /// Dumps the wrapped object, which has no effect.

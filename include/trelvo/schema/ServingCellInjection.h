@@ -17,7 +17,9 @@ namespace trelvo::schema {
 template <class Traits>
 class TRELVO_EXPORT ServingCellInjection : public GenericObjectWrapper {
  public:
+  /// The class of the cell's identity.
   using Dn = typename Traits::Dn;
+  /// The class of the cell's measurement.
   using Measurement = typename Traits::Measurement;
 
   /// Dumps the wrapped object, which has no effect.

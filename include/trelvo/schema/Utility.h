@@ -203,11 +203,12 @@ class TRELVO_EXPORT Utility {
                                    double latitudeSize, double longitudeSize, double latitude,
                                    double longitude) noexcept;
 
-  // -- Comparing uncertainty ellipses --------------------------------------------------------------
-  // An ellipse is a centre and a covariance in squared degrees (ShapeMatrix). Distances are plain
-  // numbers, counted in standard deviations. They mean something for positive definite covariances;
-  // others are not refused but for the absolute threshold of Symmetric2by2Matrix::invmat(). Standard
-  // deviations of 2 m and less on both axes fall under it and count as singular.
+  // -- Comparing uncertainty ellipses
+  // -------------------------------------------------------------- An ellipse is a centre and a
+  // covariance in squared degrees (ShapeMatrix). Distances are plain numbers, counted in standard
+  // deviations. They mean something for positive definite covariances; others are not refused but
+  // for the absolute threshold of Symmetric2by2Matrix::invmat(). Standard deviations of 2 m and
+  // less on both axes fall under it and count as singular.
 
   /// Squared Mahalanobis distance of two points under `shape`: d^T shape^-1 d, where d is the first
   /// point minus the second, over the date line where that is the shorter way.
@@ -237,8 +238,8 @@ class TRELVO_EXPORT Utility {
   /// or `s2` gives infinity, determinants of different signs NaN, and an S that cannot be inverted
   /// leaves the logarithm alone.
   ///
-  /// Rounding: as the inverse of S; where the covariances are nearly the same, the logarithm's part
-  /// is off by up to 1e-15.
+  /// Rounding: for a correlation r a few times 1e-16 (1 + r^2) / (1 - r^2), relative in the first
+  /// part and absolute in the logarithm.
   /// Source: A. Bhattacharyya, On a measure of divergence between two statistical populations,
   /// 1943.
   static double bDistance(const Midpoint& p1, const ShapeMatrix& s1, const Midpoint& p2,
@@ -285,8 +286,8 @@ class TRELVO_EXPORT Utility {
   ///   by RX level, the weakest first
   static bool sortWlans(gom::Variant* a, gom::Variant* b) noexcept;
 
-  /// Cuts a list of WLAN measurements down to the `limit` strongest, by sortWlans(), and leaves them
-  /// in that order. Which of equally strong ones stay is left open.
+  /// Cuts a list of WLAN measurements down to the `limit` strongest, by sortWlans(), and leaves
+  /// them in that order. Which of equally strong ones stay is left open.
   ///
   /// A list of `limit` elements or fewer is not touched, not even sorted. What is cut is deleted.
   /// @return true, also for an empty handle.
