@@ -1,0 +1,16 @@
+#!/bin/bash
+# Usage: outside.sh PREFIX SOURCE_DIR BUILD_DIR PROGRAM...
+#
+# Builds the examples against the library installed in PREFIX, as a project of its own.
+set -euo pipefail
+prefix=$1 source=$2 build=$3
+shift 3
+rm -rf "$build"
+"$CMAKE" -G Ninja -S "$source" -B "$build" -DCMAKE_PREFIX_PATH="$prefix" \
+  -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF
+grep -q "^trelvocore_DIR:PATH=$prefix/" "$build/CMakeCache.txt"
+"$CMAKE" --build "$build"
+for program in "$@"; do
+  "$CMAKE" -DPROGRAM="$build/$program" -DEXPECTED="$(dirname "$0")/$program.txt" \
+    -P "$(dirname "$0")/check_output.cmake"
+done
