@@ -1,0 +1,72 @@
+# The everyday commands. Each first installs the Debian packages that it needs and the machine lacks.
+
+JOBS ?= $(shell nproc)
+BUILD = cmake --build --preset
+
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage clean
+
+help:
+	@echo 'make demo         build, then carry real observations into bytes and back'
+	@echo 'make check        build release, run all tests'
+	@echo 'make check-asan   the same under the address, leak and undefined-behaviour sanitizers'
+	@echo 'make check-tsan   the same under the thread sanitizer'
+	@echo 'make check-clang  the same built by Clang'
+	@echo 'make bench        time this library beside others'
+	@echo 'make docs         the manual, from the headers and docs/'
+	@echo 'make tidy         clang-tidy and clang-format over the sources'
+	@echo 'make coverage     run all tests, print line and branch coverage'
+	@echo 'make clean        remove build/'
+
+demo:
+	@scripts/install-deps demo
+	test -f build/release/build.ninja || cmake --preset release -DTRELVO_TESTS=OFF
+	$(BUILD) release -j $(JOBS) --target trelvocore trelvo
+	scripts/demo build/release
+
+# Builds one preset with its tests and runs them.
+define run_tests
+	cmake --preset $(1) -DTRELVO_TESTS=ON
+	$(BUILD) $(1) -j $(JOBS)
+	ctest --preset $(1) -j $(JOBS)
+endef
+
+check:
+	@scripts/install-deps check
+	$(call run_tests,release)
+
+check-asan:
+	@scripts/install-deps check
+	$(call run_tests,asan)
+
+check-tsan:
+	@scripts/install-deps check
+	$(call run_tests,tsan)
+
+check-clang:
+	@scripts/install-deps clang
+	$(call run_tests,clang)
+
+bench:
+	@scripts/install-deps bench
+	cmake --preset bench
+	$(BUILD) bench -j $(JOBS)
+	scripts/bench build/bench
+
+docs:
+	@scripts/install-deps docs
+	mkdir -p build/docs
+	doxygen docs/Doxyfile
+	@echo 'Open build/docs/html/index.html'
+
+tidy:
+	@scripts/install-deps tidy
+	cmake --preset debug -DTRELVO_TESTS=ON
+	scripts/tidy build/debug $(JOBS)
+
+coverage:
+	@scripts/install-deps coverage
+	$(call run_tests,coverage)
+	scripts/coverage build/coverage
+
+clean:
+	rm -rf build
