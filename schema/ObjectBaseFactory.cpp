@@ -2,6 +2,7 @@
 
 #include <iterator>
 #include <new>
+#include <typeinfo>
 
 #include <trelvo/schema/Area.h>
 #include <trelvo/schema/CdmaCell.h>
