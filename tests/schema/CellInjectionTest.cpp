@@ -14,8 +14,8 @@
 #include <trelvo/schema/UtraTddNeighborCellInjection.h>
 #include <trelvo/schema/UtraTddServingCellInjection.h>
 
-#include "tests/support/AllocationFailure.h"
 #include "tests/schema/CellularRecord.h"
+#include "tests/support/AllocationFailure.h"
 #include "tests/support/Bytes.h"
 
 namespace trelvo::schema {
