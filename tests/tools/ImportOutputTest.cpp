@@ -1,0 +1,149 @@
+#include "tools/trelvo/ImportOutput.h"
+
+#include <unistd.h>
+#include <csignal>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "tests/tools/ImportSupport.h"
+#include "tools/trelvo/ImportFix.h"
+
+namespace trelvo::tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ImportOutput : public ::testing::Test {
+ protected:
+  ImportOutput() {
+    char name[] = "/tmp/trelvo-output-XXXXXX";
+    m_folder = ::mkdtemp(name);
+  }
+  ~ImportOutput() override { fs::remove_all(m_folder); }
+
+  std::string path(const std::string& name) const { return m_folder / name; }
+
+  // A container with a fix at the given height.
+  static gom::SharedPointer<schema::MeasurementContainer> container(double altitude) {
+    ImportFix fix;
+    fix.latitude = 1.0;
+    fix.longitude = 2.0;
+    fix.altitude = altitude;
+    fix.timeStamp = 5;
+    ImportReport report;
+    const auto result = schema::MeasurementContainer::create();
+    const auto measurement = makeGnssMeasurement(fix, {report, {"input", 1}});
+    EXPECT_EQ(result->addGnssMeasurement(measurement->wrappedObject()), StatusOk);
+    return result;
+  }
+
+  // Writes a container for each height; gives the file's name.
+  std::string written(std::initializer_list<double> altitudes) const {
+    ImportFile file(path("out"));
+    ContainerWriter writer(file.descriptor(), "out");
+    for (const double altitude : altitudes) {
+      writer.put(*container(altitude));
+    }
+    writer.finish();
+    file.commit();
+    return path("out");
+  }
+
+  // What a verifier says when the import gives these heights again; empty when all is well.
+  std::string complaint(std::initializer_list<double> altitudes) const {
+    try {
+      ContainerVerifier verifier(path("out"), "out");
+      for (const double altitude : altitudes) {
+        verifier.put(*container(altitude));
+      }
+      verifier.finish();
+      return "";
+    } catch (const ImportError& error) {
+      return error.what();
+    }
+  }
+
+  fs::path m_folder;
+};
+
+TEST_F(ImportOutput, AppearsOnlyWhenCommitted) {
+  {
+    const ImportFile file(path("out"));
+    EXPECT_FALSE(fs::exists(path("out")));
+    EXPECT_TRUE(fs::exists(file.currentPath()));
+  }
+  EXPECT_TRUE(fs::is_empty(m_folder));
+  ImportFile file(path("out"));
+  file.commit();
+  EXPECT_EQ(file.currentPath(), path("out"));
+  EXPECT_TRUE(fs::exists(path("out")));
+}
+
+TEST_F(ImportOutput, AFileThatCannotBeRenamedIsAnError) {
+  ImportFile file(path("out"));
+  fs::create_directories(path("out/x"));
+  EXPECT_THROW(file.commit(), ImportError);
+}
+
+TEST_F(ImportOutput, TheVerifierAgreesWithTheSameContainers) {
+  written({1.0, 2.0, 3.0});
+  EXPECT_EQ(complaint({1.0, 2.0, 3.0}), "");
+}
+
+TEST_F(ImportOutput, TheVerifierFindsADifferentContainer) {
+  written({1.0, 2.0, 3.0});
+  EXPECT_EQ(complaint({1.0, 7.0, 3.0}), "out: container 2 reads back differently");
+}
+
+// As objects the two are equal: heights that differ by less than a metre are.
+TEST_F(ImportOutput, TheVerifierFindsASingleDifferentByte) {
+  written({1.0});
+  EXPECT_EQ(complaint({1.5}), "out: container 1 reads back differently");
+}
+
+TEST_F(ImportOutput, TheVerifierFindsMissingAndFurtherContainers) {
+  written({1.0});
+  EXPECT_EQ(complaint({1.0, 2.0}), "out: container 2 cannot be read back");
+  EXPECT_EQ(complaint({}), "out: holds more than was written");
+}
+
+TEST_F(ImportOutput, TheVerifierFindsADamagedFile) {
+  const std::string file = written({1.0});
+  fs::resize_file(file, fs::file_size(file) - 1);
+  EXPECT_EQ(complaint({1.0}), "out: container 1 cannot be read back");
+}
+
+TEST_F(ImportOutput, AMissingFileCannotBeVerified) {
+  EXPECT_EQ(complaint({}), "out: cannot be read back");
+}
+
+TEST_F(ImportOutput, AFullDiskIsAnErrorAndAClosedPipeIsNot) {
+  ImportFile full("/dev/full");
+  ContainerWriter writer(full.descriptor(), "full");
+  writer.put(*container(1.0));
+  EXPECT_THROW(writer.finish(), ImportError);
+
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  const UniqueFd output(ends[1]);
+  ::close(ends[0]);
+  ::signal(SIGPIPE, SIG_IGN);
+  ContainerWriter piped(output.get(), "pipe");
+  piped.put(*container(1.0));
+  EXPECT_THROW(piped.finish(), ReaderGone);
+}
+
+TEST_F(ImportOutput, CountsWhatItTakes) {
+  ImportFile file(path("out"));
+  ContainerWriter writer(file.descriptor(), "out");
+  EXPECT_EQ(writer.counts().text(), "0 containers");
+  writer.put(*container(1.0));
+  EXPECT_EQ(writer.counts().text(), "1 container: 1 GNSS");
+  writer.put(*container(1.0));
+  EXPECT_EQ(writer.counts().text(), "2 containers: 2 GNSS");
+}
+
+}  // namespace
+}  // namespace trelvo::tool

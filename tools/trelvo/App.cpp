@@ -1,0 +1,57 @@
+#include "tools/trelvo/App.h"
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <new>
+#include <string>
+
+#include "tools/trelvo/GeoCommand.h"
+#include "tools/trelvo/ImportCommand.h"
+#include "tools/trelvo/ShowCommand.h"
+
+namespace trelvo::tool {
+namespace {
+
+constexpr const char* kDescription =
+    "Puts radio observations, position fixes and known cells into containers, shows them, and "
+    "computes "
+    "with positions.";
+
+std::string usageMessage(const CLI::App*, const CLI::Error& error) {
+  return std::string("trelvo: ") + error.what() + "\ntrelvo: run with --help for more\n";
+}
+
+int reportUsage(const CLI::App& app, const CLI::ParseError& error, CommandContext& context) {
+  app.exit(error, context.out, context.err);
+  return error.get_exit_code() == 0 ? kExitGood : kExitUsage;
+}
+
+int reportFailure(const char* reason, CommandContext& context) {
+  context.err << "trelvo: " << reason << std::endl;
+  return kExitFailed;
+}
+
+}  // namespace
+
+int runTrelvo(int argc, const char* const* argv, CommandContext& context) {
+  CLI::App app(kDescription, "trelvo");
+  app.set_version_flag("--version", "trelvo " TRELVO_VERSION);
+  app.failure_message(usageMessage);
+  app.require_subcommand(1);
+  app.footer("trelvo COMMAND --help tells more about a command.");
+  addImportCommand(app, context);
+  addShowCommand(app, context);
+  addGeoCommand(app, context);
+  try {
+    app.parse(argc, argv);
+    return context.exitStatus;
+  } catch (const CLI::ParseError& error) {
+    return reportUsage(app, error, context);
+  } catch (const std::bad_alloc&) {
+    return reportFailure("out of memory", context);
+  } catch (const std::exception& error) {
+    return reportFailure(error.what(), context);
+  }
+}
+
+}  // namespace trelvo::tool

@@ -1,0 +1,274 @@
+#include "tools/trelvo/GeosubmitItems.h"
+
+#include <cstddef>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+namespace trelvo::tool {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char* kTooLong = "string or number of more than 64 KiB";
+constexpr const char* kTooDeep = "nesting beyond 64 levels";
+
+// The parser keeps a whole token in memory, so the bytes on their way to it are counted from the
+// last byte that ends a token.
+class TokenGuard {
+ public:
+  void pass(char byte) {
+    bool ends = false;
+    if (m_inString) {
+      ends = byte == '"' && !m_escaped;
+      m_escaped = byte == '\\' && !m_escaped;
+      m_inString = !ends;
+    } else {
+      ends = isBetweenTokens(byte);
+      m_inString = byte == '"';
+    }
+    m_length = ends ? 0 : m_length + 1;
+    if (m_length > GeosubmitItems::kMaxTokenBytes) {
+      throw GeosubmitItems::Damage(kTooLong);
+    }
+  }
+
+ private:
+  static bool isBetweenTokens(char byte) {
+    return byte == ',' || byte == ':' || byte == '{' || byte == '}' || byte == '[' || byte == ']' ||
+           byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t';
+  }
+
+  bool m_inString = false;
+  bool m_escaped = false;
+  size_t m_length = 0;
+};
+
+// An input iterator over a source, as the parser wants it. All copies share the source.
+class SourceIterator {
+ public:
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char*;
+  using reference = char;
+
+  SourceIterator() = default;
+  SourceIterator(ImportSource& source, TokenGuard& guard) : m_source(&source), m_guard(&guard) {}
+
+  char operator*() const { return static_cast<char>(m_source->peek()); }
+  SourceIterator& operator++() {
+    m_guard->pass(static_cast<char>(m_source->next()));
+    return *this;
+  }
+  void operator++(int) { ++*this; }
+
+  bool operator==(const SourceIterator& other) const { return atEnd() == other.atEnd(); }
+  bool operator!=(const SourceIterator& other) const { return !(*this == other); }
+
+ private:
+  bool atEnd() const { return m_source == nullptr || m_source->peek() == ImportSource::kEnd; }
+
+  ImportSource* m_source = nullptr;
+  TokenGuard* m_guard = nullptr;
+};
+
+// Puts one element together from the parser's events.
+class ItemBuilder {
+ public:
+  void clear() {
+    m_open.clear();
+    m_item = json();
+  }
+  const json& item() const { return m_item; }
+
+  void begin(json value) { m_open.push_back(place(std::move(value))); }
+  void end() { m_open.pop_back(); }
+  void add(json value) { place(std::move(value)); }
+  void key(std::string text) { m_key = std::move(text); }
+
+ private:
+  json* place(json value) {
+    if (m_open.empty()) {
+      m_item = std::move(value);
+      return &m_item;
+    }
+    json& parent = *m_open.back();
+    if (parent.is_array()) {
+      parent.push_back(std::move(value));
+      return &parent.back();
+    }
+    json& member = parent[m_key];
+    member = std::move(value);
+    return &member;
+  }
+
+  json m_item;
+  std::vector<json*> m_open;  // from the item inwards
+  std::string m_key;
+};
+
+// Receives the parser's events of one document.
+class ItemCollector {
+ public:
+  using number_integer_t = json::number_integer_t;
+  using number_unsigned_t = json::number_unsigned_t;
+  using number_float_t = json::number_float_t;
+  using string_t = json::string_t;
+  using binary_t = json::binary_t;
+
+  ItemCollector(ImportSource& source, const GeosubmitItems::ItemHandler& onItem,
+                const GeosubmitItems::ComplaintHandler& onComplaint)
+      : m_source(source), m_onItem(onItem), m_onComplaint(onComplaint) {}
+
+  bool null() { return scalar(nullptr); }
+  bool boolean(bool value) { return scalar(value); }
+  bool number_integer(number_integer_t value) { return scalar(value); }
+  bool number_unsigned(number_unsigned_t value) { return scalar(value); }
+  bool number_float(number_float_t value, const string_t&) { return scalar(value); }
+  bool string(string_t& value) { return scalar(std::move(value)); }
+  bool binary(binary_t&) { return false; }
+
+  bool start_object(std::size_t) { return open(json::object()); }
+  bool end_object() { return close(); }
+  bool start_array(std::size_t) {
+    if (m_depth == 1 && m_key == "items" && m_isObject) {
+      m_inItems = true;
+      m_hadItems = true;
+      return deeper();
+    }
+    return open(json::array());
+  }
+  bool end_array() { return close(); }
+
+  bool key(string_t& text) {
+    if (m_depth == 1) {
+      m_key = text;
+    } else if (isBuilding()) {
+      m_builder.key(std::move(text));
+    }
+    return true;
+  }
+
+  bool parse_error(std::size_t, const std::string&, const json::exception& error) {
+    const std::string text = error.what();
+    const size_t detail = text.find(": ");
+    throw GeosubmitItems::Damage(detail == text.npos ? text : text.substr(detail + 2));
+  }
+
+  bool hadItems() const { return m_hadItems; }
+  unsigned long long itemCount() const { return m_itemCount; }
+
+ private:
+  // Depth 1 is the document, 2 the list of items, 3 an item that is an object or an array.
+  bool isItemStart() const { return m_inItems && m_depth == 2; }
+
+  bool isBuilding() {
+    if (!m_inItems || m_depth < 3) {
+      return false;
+    }
+    m_oversize = m_oversize || m_source.offset() - m_itemStart > GeosubmitItems::kMaxItemBytes;
+    return !m_oversize;
+  }
+
+  bool deeper() {
+    if (++m_depth > GeosubmitItems::kMaxDepth) {
+      throw GeosubmitItems::Damage(kTooDeep);
+    }
+    return true;
+  }
+
+  bool open(json value) {
+    m_isObject = m_depth == 0 ? value.is_object() : m_isObject;
+    if (isItemStart()) {
+      m_oversize = false;
+      m_itemStart = m_source.offset();
+      m_itemLine = m_source.line();
+      m_builder.clear();
+      m_builder.begin(std::move(value));
+    } else if (isBuilding()) {
+      m_builder.begin(std::move(value));
+    }
+    return deeper();
+  }
+
+  bool close() {
+    if (isBuilding()) {
+      m_builder.end();
+    }
+    --m_depth;
+    if (isItemStart()) {
+      finishItem();
+    }
+    m_inItems = m_inItems && m_depth > 1;
+    return true;
+  }
+
+  void finishItem() {
+    ++m_itemCount;
+    if (m_oversize) {
+      m_onComplaint(GeosubmitItems::kOversize, m_itemLine);
+    } else {
+      m_onItem(m_builder.item(), m_itemLine);
+    }
+    m_builder.clear();
+  }
+
+  template <typename Value>
+  bool scalar(Value&& value) {
+    if (isItemStart()) {
+      ++m_itemCount;
+      m_onItem(json(std::forward<Value>(value)), m_source.line());
+    } else if (isBuilding()) {
+      m_builder.add(json(std::forward<Value>(value)));
+    }
+    return true;
+  }
+
+  ImportSource& m_source;
+  const GeosubmitItems::ItemHandler& m_onItem;
+  const GeosubmitItems::ComplaintHandler& m_onComplaint;
+  ItemBuilder m_builder;
+  std::string m_key;  // of the document's member
+  int m_depth = 0;
+  bool m_isObject = false;
+  bool m_inItems = false;
+  bool m_hadItems = false;
+  bool m_oversize = false;
+  unsigned long long m_itemCount = 0;
+  unsigned long long m_itemStart = 0;
+  unsigned long long m_itemLine = 0;
+};
+
+bool skipBlanks(ImportSource& source) {
+  for (int byte = source.peek(); byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+       byte = source.peek()) {
+    source.next();
+  }
+  return source.peek() != ImportSource::kEnd;
+}
+
+}  // namespace
+
+GeosubmitItems::GeosubmitItems(ImportSource& source, ItemHandler onItem,
+                               ComplaintHandler onComplaint)
+    : m_source(source), m_onItem(std::move(onItem)), m_onComplaint(std::move(onComplaint)) {}
+
+void GeosubmitItems::run() {
+  while (skipBlanks(m_source)) {
+    TokenGuard guard;
+    ItemCollector collector(m_source, m_onItem, m_onComplaint);
+    const unsigned long long line = m_source.line();
+    if (!json::sax_parse(SourceIterator(m_source, guard), SourceIterator(), &collector,
+                         json::input_format_t::json, false)) {
+      throw Damage("no JSON");
+    }
+    if (!collector.hadItems()) {
+      m_onComplaint(kNoItems, line);
+    }
+    m_emptyLists += collector.hadItems() && collector.itemCount() == 0 ? 1 : 0;
+  }
+}
+
+}  // namespace trelvo::tool
