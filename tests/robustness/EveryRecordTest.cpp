@@ -42,6 +42,7 @@
 #include <trelvo/schema/WlanDn.h>
 
 #include <new>
+#include <string>
 #include <type_traits>
 #include <typeinfo>
 #include <utility>
@@ -66,6 +67,14 @@ struct Row {
   static constexpr unsigned short kClassId = classId;
   static constexpr unsigned int kMaskWidth = width;
   static constexpr unsigned int kLargestMask = largest;
+};
+
+/// Names the cases of a suite.
+struct ByClassId {
+  template <class R>
+  static std::string GetName(int /*index*/) {  // NOLINT(readability-identifier-naming)
+    return std::to_string(R::kClassId);
+  }
 };
 
 using WithMask8 = ::testing::Types<
@@ -152,7 +161,7 @@ SharedPointer<T> full() {
 
 template <class R>
 class EveryRecord : public ::testing::Test {};
-TYPED_TEST_SUITE(EveryRecord, All);
+TYPED_TEST_SUITE(EveryRecord, All, ByClassId);
 
 TYPED_TEST(EveryRecord, IsMadeEmptyWithItsClassId) {
   const auto record = TypeParam::Record::create();
@@ -254,7 +263,7 @@ TYPED_TEST(EveryRecord, CloneGivesNullOrThrowsBadAllocWhenMemoryRunsOut) {
 
 template <class R>
 class EveryWireRecord : public ::testing::Test {};
-TYPED_TEST_SUITE(EveryWireRecord, WithWireForm);
+TYPED_TEST_SUITE(EveryWireRecord, WithWireForm, ByClassId);
 
 TYPED_TEST(EveryWireRecord, ReadsBackWhatItWrites) {
   using Record = typename TypeParam::Record;
@@ -285,7 +294,7 @@ TYPED_TEST(EveryWireRecord, RefusesEveryVersionBut1AndClearsItsPresenceBits) {
 
 template <class R>
 class EveryRecordWithMask8 : public ::testing::Test {};
-TYPED_TEST_SUITE(EveryRecordWithMask8, WithMask8);
+TYPED_TEST_SUITE(EveryRecordWithMask8, WithMask8, ByClassId);
 
 TYPED_TEST(EveryRecordWithMask8, RefusesMasksAboveTheLargestAndLeavesNoBit) {
   using Record = typename TypeParam::Record;
@@ -310,7 +319,7 @@ TYPED_TEST(EveryRecordWithMask8, RefusesMasksAboveTheLargestAndLeavesNoBit) {
 
 template <class R>
 class EveryRecordWithMask32 : public ::testing::Test {};
-TYPED_TEST_SUITE(EveryRecordWithMask32, WithMask32);
+TYPED_TEST_SUITE(EveryRecordWithMask32, WithMask32, ByClassId);
 
 TYPED_TEST(EveryRecordWithMask32, TakesBitsThatItDoesNotKnow) {
   using Record = typename TypeParam::Record;
@@ -331,7 +340,7 @@ TYPED_TEST(EveryRecordWithMask32, TakesAMaskOfAllOnesAndFailsWhereTheBytesEnd) {
 
 template <class R>
 class EveryRecordWithoutWireForm : public ::testing::Test {};
-TYPED_TEST_SUITE(EveryRecordWithoutWireForm, WithoutWireForm);
+TYPED_TEST_SUITE(EveryRecordWithoutWireForm, WithoutWireForm, ByClassId);
 
 TYPED_TEST(EveryRecordWithoutWireForm, ThrowsOnWriteAndRead) {
   using Record = typename TypeParam::Record;

@@ -18,7 +18,7 @@ struct alignas(64) Wide {
 /// Keeps the compiler from leaving out a pair of new and delete.
 template <class T>
 T* seen(T* block) {
-  asm volatile("" : "+r"(block));
+  asm volatile("" : : "r"(block) : "memory");
   return block;
 }
 

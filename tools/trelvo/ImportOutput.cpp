@@ -86,6 +86,10 @@ void ContainerWriter::writeOut(const Container& container) {
   m_counts.add(container);
 }
 
+void ContainerWriter::take(const schema::MeasurementContainer& container) { writeOut(container); }
+
+void ContainerWriter::take(const schema::Injection& injection) { writeOut(injection); }
+
 void ContainerWriter::finish() {
   if (!m_stream.flush()) {
     fail();

@@ -51,8 +51,8 @@ class ContainerWriter : public ImportTarget {
   std::uint64_t bytes() const { return m_stream.position(); }
 
  private:
-  void take(const schema::MeasurementContainer& container) override { writeOut(container); }
-  void take(const schema::Injection& injection) override { writeOut(injection); }
+  void take(const schema::MeasurementContainer& container) override;
+  void take(const schema::Injection& injection) override;
   template <class Container>
   void writeOut(const Container& container);
   [[noreturn]] void fail() const;
