@@ -19,7 +19,7 @@ class PropertyLists {
   using List = Collection<InternalVariant>;
 
   /// How many lists a thread keeps at the most.
-  static constexpr unsigned int kMaxKept = 16384;
+  static constexpr unsigned int kMaxKept = 262144;
   /// Lists with room for more properties are not kept.
   static constexpr unsigned int kMaxProperties = 8;
 
