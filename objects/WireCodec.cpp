@@ -99,7 +99,8 @@ bool WireCodec::writeRecord(const ObjectBase& record, WireWriter& writer) {
 }
 
 // Part of the loops over properties and elements, where scalars are done without a call.
-[[gnu::always_inline]] inline bool WireCodec::writeVariant(const Variant& variant, WireWriter& writer) {
+[[gnu::always_inline]] inline bool WireCodec::writeVariant(const Variant& variant,
+                                                           WireWriter& writer) {
   unsigned char* to = writer.reserve(kVariantHeader + kScalarRoom);
   to = storeWire(to, variant.m_type);
   to = storeWire(to, variant.m_key);

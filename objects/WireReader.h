@@ -38,8 +38,8 @@ class WireReader {
     return getImage(&value, sizeof(T));
   }
 
-  /// The next `count` bytes where they stand in memory, to be passed over by skip(); null when there
-  /// are fewer, or the stream is no BufferStream.
+  /// The next `count` bytes where they stand in memory, to be passed over by skip(); null when
+  /// there are fewer, or the stream is no BufferStream.
   const unsigned char* peek(unsigned int count) const noexcept {
     return static_cast<unsigned long>(m_end - m_next) >= count ? m_next : nullptr;
   }
