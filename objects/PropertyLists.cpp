@@ -22,7 +22,7 @@ struct Keeper {
 };
 
 bool open() noexcept {
-  static thread_local const Keeper keeper;
+  static thread_local Keeper keeper;
   return gKept != nullptr;
 }
 

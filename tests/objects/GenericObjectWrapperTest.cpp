@@ -21,7 +21,6 @@ using gom::ObjectBase;
 using gom::SharedPointer;
 using gom::ValueCollection;
 using schema::GeranCellDn;
-using test::AllocationsSucceed;
 using test::bytes;
 using test::everyAllocationFails;
 using test::PairRecord;

@@ -18,7 +18,6 @@ using test::everyAllocationFails;
 using test::PairRecord;
 using test::readFrom;
 using test::SilentRecord;
-using test::written;
 using Pairs = ObjectCollection<PairRecord>;
 using List = SharedPointer<Pairs>;
 
