@@ -41,7 +41,7 @@ class TRELVO_EXPORT Buffer : public ReadOnlyBuffer {
 
   /// Deletes the old block and transfers block, content and both positions from `other`, which is
   /// left empty. Assigning a buffer to itself does nothing.
-  Buffer& operator=(Buffer& other);
+  Buffer& operator=(Buffer& other);  // NOLINT(misc-unconventional-assign-operator)
 
   /// Deletes the old block and takes over the carried one as content. The write position is its
   /// end, so that the next append continues there.
