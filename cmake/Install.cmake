@@ -3,19 +3,22 @@
 
 include(CMakePackageConfigHelpers)
 
-# Packages whose headers a public header includes. Each entry names the CMake package on the left
-# and the pkg-config module on the right ("ZLIB zlib"), so that users get them without asking.
-# No public header includes any so far.
-set(TRELVO_PUBLIC_DEPENDENCIES)
-
+# Users get the public dependencies without asking: by the CMake package and by the module.
+get_target_property(TRELVO_PUBLIC_LIBS trelvocore INTERFACE_LINK_LIBRARIES)
 set(TRELVO_FIND_DEPENDENCIES "")
 set(TRELVO_PKGCONFIG_REQUIRES "")
 foreach(dependency IN LISTS TRELVO_PUBLIC_DEPENDENCIES)
-  separate_arguments(dependency)
-  list(GET dependency 0 package)
-  list(GET dependency 1 module)
-  string(APPEND TRELVO_FIND_DEPENDENCIES "find_dependency(${package})\n")
-  string(APPEND TRELVO_PKGCONFIG_REQUIRES " ${module}")
+  string(REPLACE "|" ";" dependency "${dependency}")
+  list(GET dependency 0 target)
+  list(GET dependency 1 find)
+  list(GET dependency 2 module)
+  if(target IN_LIST TRELVO_PUBLIC_LIBS)
+    if(find MATCHES "^pkg_check_modules")
+      string(PREPEND find "find_dependency(PkgConfig)\n")
+    endif()
+    string(APPEND TRELVO_FIND_DEPENDENCIES "${find}\n")
+    string(APPEND TRELVO_PKGCONFIG_REQUIRES " ${module}")
+  endif()
 endforeach()
 
 set(TRELVO_PACKAGE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/trelvocore)

@@ -1,9 +1,11 @@
-# trelvo_layer(NAME SOURCES file... USES layer...)
+# trelvo_layer(NAME SOURCES file... USES layer... [LIBS target...] [PUBLIC_LIBS target...])
 #
 # Adds the sources of one folder to the library and states which other folders they may use. The
 # statement is written to layers.txt in the build tree, where a test holds every #include against it.
+# LIBS are libraries of others that the sources call; PUBLIC_LIBS those whose headers a public header
+# of the layer includes (each stands in TRELVO_PUBLIC_DEPENDENCIES too).
 function(trelvo_layer name)
-  cmake_parse_arguments(LAYER "" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(LAYER "" "" "SOURCES;USES;LIBS;PUBLIC_LIBS" ${ARGN})
   list(TRANSFORM LAYER_SOURCES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
 
   add_library(trelvo_${name} OBJECT ${LAYER_SOURCES})
@@ -17,6 +19,8 @@ function(trelvo_layer name)
     set_target_properties(trelvo_${name} PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
     set_target_properties(trelvocore PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
   endif()
+  target_link_libraries(trelvo_${name} PRIVATE ${LAYER_LIBS} ${LAYER_PUBLIC_LIBS})
+  target_link_libraries(trelvocore PRIVATE ${LAYER_LIBS} PUBLIC ${LAYER_PUBLIC_LIBS})
   target_sources(trelvocore PRIVATE $<TARGET_OBJECTS:trelvo_${name}>)
 
   set_property(GLOBAL APPEND_STRING PROPERTY TRELVO_LAYERS "${name}: ${LAYER_USES}\n")
