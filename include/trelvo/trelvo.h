@@ -8,15 +8,26 @@
 #include <trelvo/GenericObjectWrapper.h>
 #include <trelvo/ISerializable.h>
 #include <trelvo/IStream.h>
+#include <trelvo/Lock.h>
+#include <trelvo/Lockable.h>
+#include <trelvo/LockableBase.h>
 #include <trelvo/Midpoint.h>
 #include <trelvo/ReadOnlyBuffer.h>
 #include <trelvo/ShapeMatrix.h>
+#include <trelvo/SingletonPointer.h>
 #include <trelvo/StateEstimate.h>
 #include <trelvo/StateEstimateCovariance.h>
 #include <trelvo/Status.h>
 #include <trelvo/Symmetric2by2Matrix.h>
 #include <trelvo/Symmetric4by4Matrix.h>
 #include <trelvo/auto_array.h>
+
+#include <trelvo/core/ILockable.h>
+#include <trelvo/core/IMutex.h>
+#include <trelvo/core/ISemaphore.h>
+#include <trelvo/core/LinMutex.h>
+#include <trelvo/core/LinSemaphore.h>
+#include <trelvo/core/Singleton.h>
 
 #include <trelvo/gom/CharacterData.h>
 #include <trelvo/gom/Collection.h>
