@@ -25,8 +25,14 @@
 #include <trelvo/core/ILockable.h>
 #include <trelvo/core/IMutex.h>
 #include <trelvo/core/ISemaphore.h>
+#include <trelvo/core/IThread.h>
+#include <trelvo/core/IThreadObserver.h>
+#include <trelvo/core/ITime.h>
+#include <trelvo/core/ITimeProvider.h>
 #include <trelvo/core/LinMutex.h>
 #include <trelvo/core/LinSemaphore.h>
+#include <trelvo/core/LinThread.h>
+#include <trelvo/core/LinTimeProvider.h>
 #include <trelvo/core/Singleton.h>
 
 #include <trelvo/gom/CharacterData.h>
