@@ -34,6 +34,17 @@
 #include <trelvo/core/LinThread.h>
 #include <trelvo/core/LinTimeProvider.h>
 #include <trelvo/core/Singleton.h>
+#include <trelvo/core/CrtVariants.h>
+#include <trelvo/core/Directory.h>
+#include <trelvo/core/DirectoryLinux.h>
+#include <trelvo/core/File.h>
+#include <trelvo/core/IDirectory.h>
+#include <trelvo/core/IFile.h>
+#include <trelvo/core/ISystemLocationSettings.h>
+#include <trelvo/core/ISystemLocationSettingsObserver.h>
+#include <trelvo/core/SystemInfo.h>
+#include <trelvo/core/SystemLocationSettingsUbuntu.h>
+#include <trelvo/core/Unicode.h>
 
 #include <trelvo/gom/CharacterData.h>
 #include <trelvo/gom/Collection.h>
