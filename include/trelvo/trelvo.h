@@ -6,6 +6,7 @@
 #include <trelvo/BufferStream.h>
 #include <trelvo/Export.h>
 #include <trelvo/GenericObjectWrapper.h>
+#include <trelvo/ILog.h>
 #include <trelvo/ISerializable.h>
 #include <trelvo/IStream.h>
 #include <trelvo/Lock.h>
@@ -22,9 +23,17 @@
 #include <trelvo/Symmetric4by4Matrix.h>
 #include <trelvo/auto_array.h>
 
+#include <trelvo/core/CrtVariants.h>
+#include <trelvo/core/Directory.h>
+#include <trelvo/core/DirectoryLinux.h>
+#include <trelvo/core/File.h>
+#include <trelvo/core/IDirectory.h>
+#include <trelvo/core/IFile.h>
 #include <trelvo/core/ILockable.h>
 #include <trelvo/core/IMutex.h>
 #include <trelvo/core/ISemaphore.h>
+#include <trelvo/core/ISystemLocationSettings.h>
+#include <trelvo/core/ISystemLocationSettingsObserver.h>
 #include <trelvo/core/IThread.h>
 #include <trelvo/core/IThreadObserver.h>
 #include <trelvo/core/ITime.h>
@@ -34,14 +43,6 @@
 #include <trelvo/core/LinThread.h>
 #include <trelvo/core/LinTimeProvider.h>
 #include <trelvo/core/Singleton.h>
-#include <trelvo/core/CrtVariants.h>
-#include <trelvo/core/Directory.h>
-#include <trelvo/core/DirectoryLinux.h>
-#include <trelvo/core/File.h>
-#include <trelvo/core/IDirectory.h>
-#include <trelvo/core/IFile.h>
-#include <trelvo/core/ISystemLocationSettings.h>
-#include <trelvo/core/ISystemLocationSettingsObserver.h>
 #include <trelvo/core/SystemInfo.h>
 #include <trelvo/core/SystemLocationSettingsUbuntu.h>
 #include <trelvo/core/Unicode.h>

@@ -1,0 +1,7 @@
+#include <trelvo/ILog.h>
+
+namespace trelvo {
+
+ILog::~ILog() = default;
+
+}  // namespace trelvo
