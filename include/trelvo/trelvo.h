@@ -4,6 +4,9 @@
 
 #include <trelvo/Buffer.h>
 #include <trelvo/BufferStream.h>
+#include <trelvo/Debug.h>
+#include <trelvo/DebugCommon.h>
+#include <trelvo/DebugMutex.h>
 #include <trelvo/Export.h>
 #include <trelvo/GenericObjectWrapper.h>
 #include <trelvo/ILog.h>
