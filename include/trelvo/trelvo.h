@@ -10,6 +10,17 @@
 #include <trelvo/Export.h>
 #include <trelvo/GenericObjectWrapper.h>
 #include <trelvo/ILog.h>
+#include <trelvo/CryptoLinux.h>
+#include <trelvo/CryptoLinuxStatic.h>
+#include <trelvo/CryptoUtilityAdaptationCommon.h>
+#include <trelvo/CryptoUtilityUbuntu.h>
+#include <trelvo/DecryptorLin.h>
+#include <trelvo/EncryptorLin.h>
+#include <trelvo/EvpCryptorLin.h>
+#include <trelvo/Export.h>
+#include <trelvo/GenericObjectWrapper.h>
+#include <trelvo/ICryptography.h>
+#include <trelvo/ICryptographyUtility.h>
 #include <trelvo/ISerializable.h>
 #include <trelvo/IStream.h>
 #include <trelvo/Lock.h>
@@ -17,6 +28,7 @@
 #include <trelvo/LockableBase.h>
 #include <trelvo/Midpoint.h>
 #include <trelvo/ReadOnlyBuffer.h>
+#include <trelvo/Secret.h>
 #include <trelvo/ShapeMatrix.h>
 #include <trelvo/SingletonPointer.h>
 #include <trelvo/StateEstimate.h>
@@ -49,6 +61,11 @@
 #include <trelvo/core/SystemInfo.h>
 #include <trelvo/core/SystemLocationSettingsUbuntu.h>
 #include <trelvo/core/Unicode.h>
+
+#include <trelvo/crypto/CryptoParams.h>
+#include <trelvo/crypto/Cryptor.h>
+#include <trelvo/crypto/ICryptor.h>
+#include <trelvo/crypto/PaddingType.h>
 
 #include <trelvo/gom/CharacterData.h>
 #include <trelvo/gom/Collection.h>
