@@ -21,12 +21,23 @@
 #include <trelvo/GenericObjectWrapper.h>
 #include <trelvo/ICryptography.h>
 #include <trelvo/ICryptographyUtility.h>
+#include <trelvo/ConnectionInfo.h>
+#include <trelvo/Export.h>
+#include <trelvo/GenericObjectWrapper.h>
+#include <trelvo/IAdaptationExtension.h>
+#include <trelvo/IConnectionInfoList.h>
+#include <trelvo/IConnectionObserver.h>
+#include <trelvo/INetworkAdaptation.h>
+#include <trelvo/IPositioningExtension.h>
 #include <trelvo/ISerializable.h>
 #include <trelvo/IStream.h>
 #include <trelvo/Lock.h>
 #include <trelvo/Lockable.h>
 #include <trelvo/LockableBase.h>
 #include <trelvo/Midpoint.h>
+#include <trelvo/NetworkAdaptation.h>
+#include <trelvo/NetworkAdaptationUbuntu.h>
+#include <trelvo/ProxyInfo.h>
 #include <trelvo/ReadOnlyBuffer.h>
 #include <trelvo/Secret.h>
 #include <trelvo/ShapeMatrix.h>
@@ -36,6 +47,7 @@
 #include <trelvo/Status.h>
 #include <trelvo/Symmetric2by2Matrix.h>
 #include <trelvo/Symmetric4by4Matrix.h>
+#include <trelvo/UsedConnection.h>
 #include <trelvo/auto_array.h>
 
 #include <trelvo/core/CrtVariants.h>
@@ -79,6 +91,13 @@
 #include <trelvo/gom/SharedPointer.h>
 #include <trelvo/gom/ValueCollection.h>
 #include <trelvo/gom/Variant.h>
+
+#include <trelvo/network/ConnectionInfoContainer.h>
+#include <trelvo/network/ConnectionManagerGeneric.h>
+#include <trelvo/network/ConnectionManagerProxy.h>
+#include <trelvo/network/Connectivity.h>
+#include <trelvo/network/IConnectionManager.h>
+#include <trelvo/network/IConnectionManagerObserver.h>
 
 #include <trelvo/schema/Area.h>
 #include <trelvo/schema/CdmaCell.h>
