@@ -98,6 +98,8 @@
 #include <trelvo/network/Connectivity.h>
 #include <trelvo/network/IConnectionManager.h>
 #include <trelvo/network/IConnectionManagerObserver.h>
+#include <trelvo/network/HTTPRequest.h>
+#include <trelvo/network/IHTTPRequest.h>
 
 #include <trelvo/schema/Area.h>
 #include <trelvo/schema/CdmaCell.h>
