@@ -1,4 +1,4 @@
-#include <trelvo/trelvo.h>
+#include <trelvo/Library.h>
 
 // Static initialisers and handles do all there is to do.
 

@@ -29,6 +29,7 @@
 #include <trelvo/IPowerAdaptation.h>
 #include <trelvo/ISerializable.h>
 #include <trelvo/IStream.h>
+#include <trelvo/Library.h>
 #include <trelvo/Lock.h>
 #include <trelvo/Lockable.h>
 #include <trelvo/LockableBase.h>
@@ -184,13 +185,3 @@
 #include <trelvo/schema/WlanDn.h>
 #include <trelvo/schema/WlanInjection.h>
 #include <trelvo/schema/WlanMeasurement.h>
-
-extern "C" {
-
-/// Has no effect: the library needs no set-up. May be called any number of times, from any thread.
-TRELVO_EXPORT void trelvo_core_init();
-
-/// Has no effect: what the library holds is given back by its handles and when the process ends.
-TRELVO_EXPORT void trelvo_core_fini();
-
-}  // extern "C"
