@@ -192,6 +192,21 @@ TYPED_TEST(EveryServingCellInjection, ShowsTheOthersObjectAfterAssignment) {
   EXPECT_EQ(this->injection->timeStamp(), 11U);
 }
 
+TYPED_TEST(EveryServingCellInjection, SharesTheObjectWithItsCopy) {
+  const typename TypeParam::ServingInjection copy(*this->injection);
+  EXPECT_EQ(copy.referenceCount(), 0);
+  EXPECT_EQ(copy.wrappedObject(), this->injection->wrappedObject());
+  ASSERT_EQ(this->injection->setTimeStamp(12), StatusOk);
+  EXPECT_EQ(copy.timeStamp(), 12U);
+}
+
+TYPED_TEST(EveryServingCellInjection, ChangesNothingWhenDumped) {
+  ASSERT_EQ(this->injection->setTimeStamp(12), StatusOk);
+  const test::Bytes before = written(*this->injection->wrappedObject());
+  this->injection->dump();
+  EXPECT_EQ(written(*this->injection->wrappedObject()), before);
+}
+
 TYPED_TEST(EveryServingCellInjection, IsSafeToUseAfterAnAssignmentRanOutOfMemory) {
   test::everyAllocationFails([] {
     SharedPointer<typename TypeParam::ServingInjection> other;
@@ -305,6 +320,53 @@ TYPED_TEST(EveryNeighborCellInjection, ShowsTheOthersObjectAfterAssignment) {
   const auto other = TypeParam::NeighborInjection::create();
   *this->injection = *other;
   EXPECT_EQ(this->injection->wrappedObject(), other->wrappedObject());
+}
+
+TYPED_TEST(EveryNeighborCellInjection, SharesTheObjectWithItsCopy) {
+  const typename TypeParam::NeighborInjection copy(*this->injection);
+  EXPECT_EQ(copy.wrappedObject(), this->injection->wrappedObject());
+  ASSERT_EQ(this->injection->setCoverage(Area::create()), StatusOk);
+  EXPECT_TRUE(copy.coverage());
+}
+
+TYPED_TEST(EveryNeighborCellInjection, ChangesNothingWhenDumped) {
+  ASSERT_EQ(this->injection->setCoverage(Area::create()), StatusOk);
+  const test::Bytes before = written(*this->injection->wrappedObject());
+  this->injection->dump();
+  EXPECT_EQ(written(*this->injection->wrappedObject()), before);
+}
+
+TYPED_TEST(EveryNeighborCellInjection, IsSafeToUseAfterAnAssignmentRanOutOfMemory) {
+  test::everyAllocationFails([] {
+    SharedPointer<typename TypeParam::NeighborInjection> other;
+    SharedPointer<typename TypeParam::NeighborInjection> target;
+    {
+      const test::AllocationsSucceed preparing;
+      other = TypeParam::NeighborInjection::create(TypeParam::FrequencyInfo::create());
+      target = TypeParam::NeighborInjection::create();
+    }
+    *target = *other;
+    const test::AllocationsSucceed checking;
+    EXPECT_TRUE(other->frequencyInfo());
+    if (target->wrappedObject()) {
+      EXPECT_EQ(target->wrappedObject(), other->wrappedObject());
+      return;
+    }
+    EXPECT_FALSE(target->frequencyInfo());
+    EXPECT_EQ(target->setFrequencyInfo(TypeParam::FrequencyInfo::create()), StatusFailed);
+    EXPECT_FALSE(target->valueExists(0x1));
+    target->unset(0x7);
+    target->dump();
+  });
+}
+
+TEST(CellularObjectInjection, SharesTheObjectWithItsCopy) {
+  const auto injection = CellularObjectInjection::create();
+  const CellularObjectInjection copy(*injection);
+  ASSERT_EQ(injection->setTimeStamp(12), StatusOk);
+  injection->dump();
+  EXPECT_EQ(copy.wrappedObject(), injection->wrappedObject());
+  EXPECT_EQ(copy.timeStamp(), 12U);
 }
 
 TEST(CellularObjectInjection, IsMadeWithAllThreePropertiesOrNotAtAll) {
