@@ -60,6 +60,10 @@ class Layering(unittest.TestCase):
         self.assert_wrong("geometry/Geodesy.cpp", "#include <trelvo/schema/Area.h>",
                           LAYERS.replace("geometry: objects", "geometry: objects schema"))
 
+    def test_headers_of_others_in_a_folder_named_like_a_layer_are_theirs(self):
+        self.assert_right("schema/Area.cpp", "#include <core/signal.h>")
+        self.assert_wrong("schema/Area.cpp", "#include <core/Deadline.h>")
+
     def test_the_header_of_all_headers_is_for_users(self):
         self.assert_wrong("schema/Area.cpp", "#include <trelvo/trelvo.h>")
 
