@@ -16,13 +16,13 @@ SharedPointer<WlanDn> aDn() { return WlanDn::create(0x0011223344556677); }
 SharedPointer<Area> anArea() { return Area::create(1, 2, 3, 4, 1.0F); }
 
 SharedPointer<WlanApMeasurement> anApMeasurement() {
-  const SharedPointer<WlanApMeasurement> made = WlanApMeasurement::create();
+  SharedPointer<WlanApMeasurement> made = WlanApMeasurement::create();
   made->setRxLevel(-40);
   return made;
 }
 
 SharedPointer<WlanInjection> withEverything() {
-  const SharedPointer<WlanInjection> made = WlanInjection::create(aDn(), 7, anArea());
+  SharedPointer<WlanInjection> made = WlanInjection::create(aDn(), 7, anArea());
   made->setWlanApMeasurement(anApMeasurement());
   return made;
 }

@@ -78,7 +78,7 @@ class Wire {
   /// A property's or element's tag and key.
   Wire& value(unsigned int tag, unsigned int key) { return u16(tag).u16(key); }
 
-  operator Bytes() const { return m_bytes; }
+  operator Bytes() const { return m_bytes; }  // NOLINT(google-explicit-constructor)
 
  private:
   Wire& number(unsigned long long value, unsigned int width) {

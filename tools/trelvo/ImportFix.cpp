@@ -95,7 +95,7 @@ void setMotion(EstimateBuilder& builder, const ImportFix& fix) {
 }
 
 gom::SharedPointer<schema::GnssMeasurement> withoutTime(const PositionEstimate& estimate) {
-  const auto measurement = made(schema::GnssMeasurement::create());
+  auto measurement = made(schema::GnssMeasurement::create());
   expectStored(
       measurement->setMeasurementData(made(schema::GnssMeasurementData::create(estimate))));
   return measurement;
