@@ -12,7 +12,7 @@ namespace trelvo::core {
 /// A binary file over a `FILE*` of the C library, with the buffering and the error and end marks of
 /// that stream.
 ///
-/// There is one position for reading and writing; one may follow the other without a seek between.
+/// Reading and writing share one position, and may follow each other without a seek between.
 /// Files may grow beyond 4 GiB by reading and writing on, and what needs no position works there as
 /// everywhere. Positions have 32 bits: offset() then gives the lower ones, getSize() refuses.
 ///
@@ -67,8 +67,15 @@ class TRELVO_EXPORT File : public IFile {
   bool flush() override;
 
  private:
+  enum class Move { None, Read, Write };
+
+  void turnToReading();
+  void turnToWriting();
+  bool moved(bool done) noexcept;
+
   FILE* m_stream;
   unsigned int m_flags;
+  Move m_last = Move::None;  // since the last seek
 };
 
 /// Opens `path` by `fopen` with `mode` and puts a File over it, which can seek and read, and write
