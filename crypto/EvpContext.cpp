@@ -1,6 +1,8 @@
 #include "crypto/EvpContext.h"
 
 #include <algorithm>
+#include <limits>
+#include <new>
 
 namespace trelvo {
 
@@ -42,6 +44,18 @@ bool passThroughCipher(EVP_CIPHER_CTX* context, unsigned char* output, std::size
     length -= taken;
   }
   return true;
+}
+
+Status appendOutput(Buffer& output, const unsigned char* bytes, std::size_t count) noexcept {
+  if (count > std::numeric_limits<unsigned int>::max()) {
+    return StatusOutOfMemory;
+  }
+  try {
+    output.append(bytes, static_cast<unsigned int>(count));
+  } catch (const std::bad_alloc&) {
+    return StatusOutOfMemory;
+  }
+  return StatusOk;
 }
 
 }  // namespace trelvo

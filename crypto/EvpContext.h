@@ -8,6 +8,9 @@
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
+#include <trelvo/Buffer.h>
+#include <trelvo/Status.h>
+
 namespace trelvo {
 
 /// Gives an OpenSSL object back by the function that OpenSSL has for it.
@@ -36,6 +39,10 @@ const EVP_CIPHER* aes128Ctr() noexcept;
 /// @return whether OpenSSL took them all; `produced` then says how many bytes came out.
 bool passThroughCipher(EVP_CIPHER_CTX* context, unsigned char* output, std::size_t& produced,
                        const unsigned char* input, std::size_t length) noexcept;
+
+/// Appends what came out of OpenSSL. @return StatusOk, or StatusOutOfMemory with `output` as it
+/// was.
+Status appendOutput(Buffer& output, const unsigned char* bytes, std::size_t count) noexcept;
 
 /// Leaves this thread's error queue as it found it: what happens while it lives is forgotten.
 class ErrorQueueGuard {

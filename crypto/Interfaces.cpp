@@ -1,8 +1,8 @@
+// The destructors of the interfaces, so that each has its table in one place.
+
 #include <trelvo/ICryptography.h>
 #include <trelvo/ICryptographyUtility.h>
 #include <trelvo/crypto/ICryptor.h>
-
-// Here the tables of virtual functions of the interfaces have their place.
 
 namespace trelvo {
 

@@ -23,9 +23,9 @@ class TRELVO_EXPORT Secret : public gom::ReferenceCountable {
   const char* text() const noexcept { return m_text; }
 
  private:
-  explicit Secret(char* text) noexcept : m_text(text) {}
+  Secret() noexcept = default;
 
-  char* m_text;
+  char* m_text = nullptr;  // owned
 };
 
 }  // namespace trelvo
