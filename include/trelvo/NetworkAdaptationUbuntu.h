@@ -90,18 +90,20 @@ class TRELVO_EXPORT NetworkAdaptationUbuntu : public INetworkAdaptation {
   using Manager = com::ubuntu::location::connectivity::Manager;
   struct QueuedUpdate;
 
+  bool knowsIdleCellular() const;
   bool connectToPlatform();
   void connectSlots();
   std::shared_ptr<Manager> disconnectFromPlatform();
   void readPresentValues();
-  void forgetValues();
+  void keepValues(State state, Characteristics characteristics);
+  bool keepValuesUnlessNewer(unsigned int seen, State state, Characteristics characteristics);
   void stateChanged(State state);
   void characteristicsChanged(Characteristics characteristics);
-  void queueUpdate();
+  unsigned int changeCount() const;
   bool tellObservers();
+  void tellAll(const ConnectionInfo& now);
   void tell(IConnectionObserver& observer, const ConnectionInfo& last,
             const ConnectionInfo& now) const;
-  unsigned int changeCount() const;
 
   std::set<IConnectionObserver*> m_observers;  // not owned
   ConnectionInfo m_lastConnection;             // what observers were last told
