@@ -64,8 +64,9 @@ class TRELVO_EXPORT LinAsyncCallDispatcher : public AsyncCallDispatcherCommon, p
   int m_writeFd = 0;  ///< The end that posting writes to, 0 when there is none.
 
  private:
-  IPollSink* sinkOf(int fd);
+  bool rememberSink(int fd, IPollSink* sink);
   void forgetSink(int fd);
+  IPollSink* sinkOf(int fd);
 
   std::map<int, IPollSink*> m_pollSinks;  // under m_pollMutex
 

@@ -4,6 +4,7 @@
 #include <poll.h>
 
 #include <atomic>
+#include <condition_variable>
 #include <list>
 
 #include <trelvo/Export.h>
@@ -47,7 +48,6 @@ class TRELVO_EXPORT LinGlibAsyncCallDispatcher : public LinAsyncCallDispatcher {
 
  private:
   struct Source;
-  class Turn;
 
   static gboolean prepareStatic(GSource* source, gint* timeout);
   static gboolean checkStatic(GSource* source);
@@ -58,15 +58,19 @@ class TRELVO_EXPORT LinGlibAsyncCallDispatcher : public LinAsyncCallDispatcher {
   void leaveContext();
   bool inContext() const;
   bool readable();
-  gboolean dispatch();
+  static LinGlibAsyncCallDispatcher* beginDispatch(GSource* source);
+  bool dispatch();
+  void endDispatch();
+  std::list<GPollFD>::iterator firstPoller();
   bool nextReadable(std::list<GPollFD>::iterator& position, pollfd& descriptor);
   void removeDetachedPollers();
 
   GSourceFuncs m_sourceFuncs = {};
   GSource* m_source = nullptr;
   std::list<GPollFD> m_pollers;         // under m_pollMutex; GLib knows the nodes by address
-  std::atomic<int> m_sleepTimeout{-1};  // milliseconds
-  bool m_dispatching = false;           // under the lock of all sources
+  std::atomic<int> m_sleepTimeout{-1};  // milliseconds; read by whoever runs the context
+  bool m_dispatching = false;           // under m_pollMutex
+  std::condition_variable m_dispatched;
 };
 
 }  // namespace trelvo::core

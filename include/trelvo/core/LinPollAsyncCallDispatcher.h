@@ -41,7 +41,7 @@ class TRELVO_EXPORT LinPollAsyncCallDispatcher : public LinAsyncCallDispatcher {
  private:
   class Snapshot;
 
-  bool serve(std::vector<pollfd>& descriptors, int ready);
+  int serve(std::vector<pollfd>& descriptors, int ready);
 
   std::vector<pollfd> m_pollFds;  // under m_pollMutex
   std::vector<pollfd> m_room;     // kept for the copy that the next sleep works on

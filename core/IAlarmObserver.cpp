@@ -1,0 +1,7 @@
+#include <trelvo/IAlarmObserver.h>
+
+namespace trelvo {
+
+IAlarmObserver::~IAlarmObserver() = default;
+
+}  // namespace trelvo

@@ -1,0 +1,7 @@
+#include <trelvo/IPowerAdaptation.h>
+
+namespace trelvo {
+
+IPowerAdaptation::~IPowerAdaptation() = default;
+
+}  // namespace trelvo
