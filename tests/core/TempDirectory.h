@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -14,7 +15,9 @@ namespace trelvo::test {
 /// A new, empty directory of its own, which goes with all that is in it.
 class TempDirectory {
  public:
-  TempDirectory() : m_path(::testing::TempDir() + "trelvo-XXXXXX") {
+  TempDirectory() : TempDirectory(::testing::TempDir()) {}
+  /// Makes it in `parent`, which ends in "/".
+  explicit TempDirectory(const std::string& parent) : m_path(parent + "trelvo-XXXXXX") {
     if (::mkdtemp(m_path.data()) == nullptr) {
       throw std::runtime_error("no temporary directory");
     }
@@ -25,6 +28,11 @@ class TempDirectory {
   }
   TempDirectory(const TempDirectory&) = delete;
   TempDirectory& operator=(const TempDirectory&) = delete;
+
+  /// In memory where the machine has a place for that: for tests that make very many files.
+  static TempDirectory inMemory() {
+    return TempDirectory(::access("/dev/shm", W_OK) == 0 ? "/dev/shm/" : ::testing::TempDir());
+  }
 
   const std::string& path() const noexcept { return m_path; }
 
