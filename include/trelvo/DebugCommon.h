@@ -221,7 +221,7 @@ class TRELVO_EXPORT DebugCommon {
  private:
   bool readConfigFile(const char* name);
   bool readConfigLine(char* line);
-  bool setComponent(const char* component, const char* mask, const char* file);
+  bool setComponent(const char* component, unsigned int mask, const char* file);
   void setUpDefault(const char* file);
   bool isHeld(const std::FILE* file) const;
   void closeWhenUnused(std::FILE* file);
