@@ -34,7 +34,7 @@ struct Places {
 };
 
 // Taken while the test program starts: the library's own places are there by then.
-const Places kAtStart;  // NOLINT(cert-err58-cpp)
+const Places kAtStart;
 
 // Makes `path` the current directory while it lives.
 class CurrentDirectory {

@@ -10,8 +10,8 @@ namespace trelvo::core {
 namespace {
 
 // "a", "ä", "€", and a character beyond the first plane: 1, 2, 3 and 4 bytes.
-const std::string kBytes = "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80";  // NOLINT(cert-err58-cpp)
-const std::wstring kWide = L"a\u00E4\u20AC\U0001F600";               // NOLINT(cert-err58-cpp)
+const std::string kBytes = "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80";
+const std::wstring kWide = L"a\u00E4\u20AC\U0001F600";
 
 class UnicodeTest : public ::testing::Test {
  protected:
