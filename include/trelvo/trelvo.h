@@ -5,8 +5,11 @@
 #include <trelvo/Buffer.h>
 #include <trelvo/BufferStream.h>
 #include <trelvo/ConnectionInfo.h>
+#include <trelvo/CryptoFileCommon.h>
+#include <trelvo/CryptoFileLin.h>
 #include <trelvo/CryptoLinux.h>
 #include <trelvo/CryptoLinuxStatic.h>
+#include <trelvo/CryptoLog.h>
 #include <trelvo/CryptoUtilityAdaptationCommon.h>
 #include <trelvo/CryptoUtilityUbuntu.h>
 #include <trelvo/Debug.h>
@@ -21,6 +24,8 @@
 #include <trelvo/IAlarmObserver.h>
 #include <trelvo/IConnectionInfoList.h>
 #include <trelvo/IConnectionObserver.h>
+#include <trelvo/ICryptoFile.h>
+#include <trelvo/ICryptoLog.h>
 #include <trelvo/ICryptography.h>
 #include <trelvo/ICryptographyUtility.h>
 #include <trelvo/ILog.h>
