@@ -1,5 +1,5 @@
 // Logs cut off and changed at every byte. What has to come out was worked out by
-// tests/reference/encrypted_files.py.
+// tests/reference/encrypted_files_reference.py.
 
 #include <gtest/gtest.h>
 #include <trelvo/core/Directory.h>

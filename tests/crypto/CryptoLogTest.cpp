@@ -34,7 +34,7 @@ unsigned int modeOf(const std::string& path) {
 /// What the other implementation reads in a log.
 std::string textByReference(const std::string& logPath) {
   const std::string command = "python3 '" TRELVO_TEST_DATA
-                              "/reference/encrypted_files.py' decrypt '" +
+                              "/reference/encrypted_files_reference.py' decrypt '" +
                               logPath + "' '" + privateKey() + "'";
   const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), &::pclose);
   std::string text;

@@ -2,9 +2,9 @@
 """Encrypted block files and logs, made and read by plain Python: the other implementation of
 docs/encrypted-files.md, with an AES and an RSA of its own.
 
-Usage: encrypted_files.py             writes the files of tests/crypto/golden
-       encrypted_files.py --check     only compares them
-       encrypted_files.py decrypt LOG.slog PRIVATE.pem
+Usage: encrypted_files_reference.py             writes the files of tests/crypto/golden
+       encrypted_files_reference.py --check     only compares them
+       encrypted_files_reference.py decrypt LOG.slog PRIVATE.pem
                                       writes the text of a log to standard output
 
 Needs nothing but Python. The keys are for tests: they come from a seeded generator, as does all
