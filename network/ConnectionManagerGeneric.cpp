@@ -1,6 +1,7 @@
 #include <trelvo/network/ConnectionManagerGeneric.h>
 
 #include <algorithm>
+#include <new>
 
 #include <trelvo/INetworkAdaptation.h>
 #include <trelvo/Lock.h>
@@ -62,6 +63,14 @@ void ConnectionManagerGeneric::detach() {
 bool ConnectionManagerGeneric::isInitialized() const { return m_initialized; }
 
 Status ConnectionManagerGeneric::getConnections(ConnectionInfoContainer& connections) {
+  try {
+    return findConnections(connections);
+  } catch (const std::bad_alloc&) {
+    return StatusOutOfMemory;
+  }
+}
+
+Status ConnectionManagerGeneric::findConnections(ConnectionInfoContainer& connections) {
   ConnectionInfo info;
   unsigned int eventCount = 0;
   if (findCachedConnection(info, eventCount)) {
@@ -113,15 +122,24 @@ Status ConnectionManagerGeneric::startMonitorUsedConnection() {
     m_usedConnections.clear();
     std::swap(monitored, m_monitoring);
   }
-  ConnectionInfoContainer connections;
-  const Status status = getConnections(connections);
   std::list<UsedConnection> used;
-  if (status == StatusOk) used = withCounters(connections);
+  const Status status = findUsed(used);
 
   const RecordLock lock(m_recordMutex);
   m_monitoring = status == StatusOk || monitored;
   m_usedConnections.splice(m_usedConnections.begin(), used);
   return status;
+}
+
+Status ConnectionManagerGeneric::findUsed(std::list<UsedConnection>& used) {
+  try {
+    ConnectionInfoContainer connections;
+    const Status status = getConnections(connections);
+    if (status == StatusOk) used = withCounters(connections);
+    return status;
+  } catch (const std::bad_alloc&) {
+    return StatusOutOfMemory;
+  }
 }
 
 std::list<UsedConnection> ConnectionManagerGeneric::withCounters(

@@ -103,6 +103,8 @@ class TRELVO_EXPORT ConnectionManagerGeneric : public IConnectionManager,
   bool askDataConnection(ConnectionInfo info, unsigned int eventCount,
                          ConnectionInfoContainer& connections);
   bool usesDataConnection() const;
+  Status findConnections(ConnectionInfoContainer& connections);
+  Status findUsed(std::list<UsedConnection>& used);
   std::list<UsedConnection> withCounters(const ConnectionInfoContainer& connections) const;
   void addIfUsed(const UsedConnection& used, ConnectionInfoContainer& connections) const;
   void addByCounters(const std::list<UsedConnection>& used, ConnectionInfoContainer& connections);

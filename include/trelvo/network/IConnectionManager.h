@@ -25,9 +25,9 @@ class IConnectionManagerObserver;
 ///
 /// All managers of a process show one view. It comes up with the first and goes with the last.
 ///
-/// Threads: any number may use managers, and one manager. Making and deleting are safe on any
-/// thread but not inside an observer's call. One monitoring serves the whole process: a start
-/// forgets what an earlier start has collected.
+/// Threads: any number may use managers, and one manager; setObserver() excepted. Making and
+/// deleting are safe on any thread but not inside an observer's call. One monitoring serves the
+/// whole process: a start forgets what an earlier start has collected.
 class TRELVO_EXPORT IConnectionManager {
  public:
   virtual ~IConnectionManager();
@@ -46,7 +46,7 @@ class TRELVO_EXPORT IConnectionManager {
   /// Adds the active connection to `connections`, or all that the platform knows where it does not
   /// tell which one is active. With nothing active the platform's list may hold a record with
   /// `connected` false.
-  /// @return StatusOk, or the platform's failure.
+  /// @return StatusOk, StatusOutOfMemory, or the platform's failure.
   virtual Status getConnections(ConnectionInfoContainer& connections) = 0;
 
   /// Begins to collect the connections in use.
@@ -55,11 +55,12 @@ class TRELVO_EXPORT IConnectionManager {
 
   /// Ends collecting, and adds to `connections` each connection that may have been in use since the
   /// start, in order. When that cannot be told it adds one reset record, whose type no caller
-  /// allows. Without a start it does nothing.
+  /// allows. Without a start it does nothing. std::bad_alloc passes through.
   virtual void stopMonitorUsedConnection(ConnectionInfoContainer& connections) = 0;
 
   /// Sets the one observer, which is not owned; null for none. When this returns, the one before
-  /// hears nothing any more. An observer outlives its manager or is taken back first.
+  /// hears nothing any more. An observer outlives its manager or is taken back first. One thread at
+  /// a time sets the observer of a manager. std::bad_alloc passes through, with none set.
   virtual void setObserver(IConnectionManagerObserver* observer) = 0;
 
   /// Asks the platform to bring a connection up, or tells it that it is not needed any more.
