@@ -39,7 +39,8 @@ class TRELVO_EXPORT LinGlibAsyncCallDispatcher : public LinAsyncCallDispatcher {
   bool sleep() override;
 
   /// Runs one turn of the default main context, and with it what others have put there.
-  /// @return 1 when anything in the context was dispatched, else 0, also when the time ran out.
+  /// @return 1 when anything in the context was dispatched; 0 when the time ran out, and when GLib
+  ///         was woken for reasons of its own, which may be long before.
   int sleep(int timeoutMs) override;
 
  protected:

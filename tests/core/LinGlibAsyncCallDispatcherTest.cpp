@@ -1,0 +1,352 @@
+#include <trelvo/core/LinGlibAsyncCallDispatcher.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include <trelvo/gom/SharedPointer.h>
+
+#include "tests/core/Dispatch.h"
+
+namespace trelvo::core {
+
+namespace {
+
+using test::Channel;
+using test::countUp;
+using test::onFreshThread;
+using test::openDescriptors;
+using test::Sink;
+using ::testing::ElementsAre;
+
+using Dispatcher = gom::SharedPointer<LinGlibAsyncCallDispatcher>;
+
+Dispatcher openGlib() { return LinGlibAsyncCallDispatcher::create(); }
+
+}  // namespace
+
+class LinGlibDispatcher : public ::testing::Test {
+ protected:
+  Dispatcher dispatcher = openGlib();
+};
+
+TEST_F(LinGlibDispatcher, SleepGives0WhenTheTimeRunsOut) {
+  EXPECT_EQ(dispatcher->sleep(0), 0);
+  EXPECT_EQ(dispatcher->sleep(5), 0);
+}
+
+TEST_F(LinGlibDispatcher, SleepRunsPostedCallsAndGives1) {
+  int calls = 0;
+  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, &calls));
+  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, &calls));
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(calls, 2);
+  EXPECT_EQ(dispatcher->sleep(0), 0);
+}
+
+TEST_F(LinGlibDispatcher, RemovedCallNeverRunsButStillWakesTheSleep) {
+  int calls = 0;
+  dispatcher->queueAsyncCall(countUp, &calls);
+  dispatcher->removeAllAsyncCall(countUp);
+  EXPECT_TRUE(dispatcher->sleep());
+  EXPECT_EQ(calls, 0);
+}
+
+TEST_F(LinGlibDispatcher, InterruptFromAnotherThreadEndsAnEndlessSleep) {
+  std::thread other([this] { dispatcher->interruptSleep(); });
+  while (dispatcher->sleep(-1) != 1) {
+    // GLib wakes its context for reasons of its own, too.
+  }
+  other.join();
+}
+
+TEST_F(LinGlibDispatcher, SleepRunsWhatElseIsInTheContextToo) {
+  int idles = 0;
+  g_idle_add(
+      [](gpointer data) -> gboolean {
+        ++*static_cast<int*>(data);
+        return G_SOURCE_REMOVE;
+      },
+      &idles);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(idles, 1);
+}
+
+TEST_F(LinGlibDispatcher, RunsInsideAGMainLoopToo) {
+  GMainLoop* const loop = g_main_loop_new(nullptr, FALSE);
+  std::thread other([&] {
+    dispatcher->queueAsyncCall([](void* data) { g_main_loop_quit(static_cast<GMainLoop*>(data)); },
+                               loop);
+  });
+  g_main_loop_run(loop);
+  other.join();
+  g_main_loop_unref(loop);
+}
+
+TEST_F(LinGlibDispatcher, DescriptorIsReportedUntilItIsRead) {
+  const Channel channel;
+  int events = 0;
+  Sink sink([&](const pollfd& ready) {
+    EXPECT_EQ(ready.fd, channel.reader());
+    EXPECT_EQ(ready.revents, POLLIN);
+    if (++events == 2) channel.answer();
+  });
+  EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
+  channel.ring();
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(dispatcher->sleep(0), 0);
+  EXPECT_EQ(events, 2);
+  dispatcher->detachPollSink(channel.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, AttachRefusesNoSinkNoDescriptorAndAKnownOne) {
+  const Channel channel;
+  int events = 0;
+  Sink first([&](const pollfd&) { events += channel.answer() ? 1 : 0; });
+  Sink second([](const pollfd&) { FAIL() << "the first sink stays"; });
+  EXPECT_FALSE(dispatcher->attachPollSink(channel.descriptor(), nullptr));
+  EXPECT_FALSE(dispatcher->attachPollSink({0, POLLIN, 0}, &first));
+  EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &first));
+  EXPECT_FALSE(dispatcher->attachPollSink(channel.descriptor(), &second));
+  channel.ring();
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(events, 1);
+  dispatcher->detachPollSink(channel.descriptor());
+  dispatcher->detachPollSink(channel.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, SinkMayDetachAndAttachItsOwnDescriptor) {
+  const Channel channel;
+  int events = 0;
+  std::unique_ptr<Sink> sink;
+  sink = std::make_unique<Sink>([&](const pollfd&) {
+    events += channel.answer() ? 1 : 0;
+    dispatcher->detachPollSink(channel.descriptor());
+    EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), sink.get()));
+  });
+  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), sink.get()));
+  for (int round = 1; round <= 3; ++round) {
+    channel.ring();
+    EXPECT_EQ(dispatcher->sleep(-1), 1);
+    EXPECT_EQ(events, round);
+  }
+  EXPECT_FALSE(dispatcher->attachPollSink(channel.descriptor(), sink.get())) << "it is attached";
+  dispatcher->detachPollSink(channel.descriptor());
+  channel.ring();
+  EXPECT_EQ(dispatcher->sleep(0), 0);
+}
+
+TEST_F(LinGlibDispatcher, SinksAreServedInTheOrderOfAttaching) {
+  const Channel channels[3];
+  std::vector<int> order;
+  std::vector<Sink> sinks;
+  for (int i = 0; i < 3; ++i) {
+    sinks.emplace_back([&order, &channels, i](const pollfd&) {
+      order.push_back(i);
+      channels[i].answer();
+    });
+  }
+  for (const int i : {2, 0, 1}) {
+    ASSERT_TRUE(dispatcher->attachPollSink(channels[i].descriptor(), &sinks[std::size_t(i)]));
+    channels[i].ring();
+  }
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_THAT(order, ElementsAre(2, 0, 1));
+  for (const auto& channel : channels) dispatcher->detachPollSink(channel.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, DescriptorThatAnEarlierSinkDetachedIsNotServed) {
+  const Channel one;
+  const Channel two;
+  Sink last([](const pollfd&) { FAIL() << "detached"; });
+  Sink first([&](const pollfd&) {
+    one.answer();
+    dispatcher->detachPollSink(two.descriptor());
+  });
+  ASSERT_TRUE(dispatcher->attachPollSink(one.descriptor(), &first));
+  ASSERT_TRUE(dispatcher->attachPollSink(two.descriptor(), &last));
+  one.ring();
+  two.ring();
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  dispatcher->detachPollSink(one.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, DescriptorThatAnEarlierSinkDrainedIsNotServed) {
+  const Channel channel;
+  const int twin = dup(channel.reader());
+  int events = 0;
+  const auto drain = [&](const pollfd&) {
+    ++events;
+    EXPECT_TRUE(channel.answer());
+  };
+  Sink one(drain);
+  Sink two(drain);
+  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &one));
+  ASSERT_TRUE(dispatcher->attachPollSink({twin, POLLIN, 0}, &two));
+  channel.ring();
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(events, 1);
+  dispatcher->detachPollSink(channel.descriptor());
+  dispatcher->detachPollSink({twin, POLLIN, 0});
+  close(twin);
+}
+
+TEST_F(LinGlibDispatcher, SinkThatThrowsBesideOneThatDoesNotStays) {
+  const Channel channel;
+  int events = 0;
+  int calls = 0;
+  Sink sink([&](const pollfd&) {
+    if (++events == 1) throw 1;
+    channel.answer();
+  });
+  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
+  channel.ring();
+  dispatcher->queueAsyncCall(countUp, &calls);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(events, 2);
+  EXPECT_EQ(calls, 1);
+  dispatcher->detachPollSink(channel.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, TurnInWhichAllSinksThrewEndsIt) {
+  const Channel channel;
+  int events = 0;
+  Sink sink([&](const pollfd&) {
+    ++events;
+    throw 1;
+  });
+  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
+  channel.ring();
+  EXPECT_EQ(dispatcher->sleep(-1), 1) << "GLib did dispatch";
+  int calls = 0;
+  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, &calls));
+  EXPECT_EQ(g_main_context_iteration(nullptr, FALSE), FALSE);
+  EXPECT_EQ(events, 1);
+  EXPECT_EQ(calls, 0);
+  dispatcher->detachPollSink(channel.descriptor());
+  EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink)) << "to no effect";
+}
+
+TEST_F(LinGlibDispatcher, NestedSleepServesOthersButNotItself) {
+  int calls = 0;
+  std::function<void()> nest = [&] {
+    dispatcher->queueAsyncCall(countUp, &calls);
+    EXPECT_EQ(dispatcher->sleep(0), 0) << "GLib does not enter a source twice";
+    EXPECT_EQ(calls, 0);
+  };
+  dispatcher->queueAsyncCall(test::run, &nest);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(calls, 1);
+}
+
+TEST(LinGlibAsyncCallDispatcher, EachThreadHasItsOwn) {
+  onFreshThread([] {
+    const Dispatcher first = openGlib();
+    EXPECT_EQ(first, openGlib());
+    onFreshThread([&] { EXPECT_NE(first, openGlib()); });
+  });
+}
+
+TEST(LinGlibAsyncCallDispatcher, RunsOnTheThreadThatRunsTheContext) {
+  const Dispatcher here = openGlib();
+  std::thread::id ran;
+  std::thread::id maker;
+  std::atomic<bool> done{false};
+  std::function<void()> body = [&] {
+    ran = std::this_thread::get_id();
+    done = true;
+  };
+  std::thread other([&] {
+    maker = std::this_thread::get_id();
+    const Dispatcher there = openGlib();
+    there->queueAsyncCall(test::run, &body);
+    while (!done) std::this_thread::yield();
+  });
+  while (!done) here->sleep(10);
+  other.join();
+  EXPECT_EQ(ran, std::this_thread::get_id());
+  EXPECT_NE(ran, maker);
+}
+
+TEST(LinGlibAsyncCallDispatcher, LeavesTheContextWhileAnotherThreadRunsIt) {
+  const Dispatcher here = openGlib();
+  std::atomic<bool> done{false};
+  std::thread other([&] {
+    for (int i = 0; i < 300; ++i) {
+      const Channel channel;
+      Sink sink([&](const pollfd&) { channel.answer(); });
+      const Dispatcher there = openGlib();
+      ASSERT_TRUE(there->attachPollSink(channel.descriptor(), &sink));
+      channel.ring();
+      std::atomic<bool> left{false};
+      std::function<void()> leave = [&] {
+        there->detachPollSink(channel.descriptor());
+        left = true;
+      };
+      there->queueAsyncCall(test::run, &leave);
+      while (!left) std::this_thread::yield();
+      // From here on the other thread may be anywhere in the walk over this dispatcher.
+    }
+    done = true;
+    here->interruptSleep();
+  });
+  while (!done) here->sleep(1000);
+  other.join();
+}
+
+TEST(LinGlibAsyncCallDispatcher, DiesWithItsLastHandleAndWithTheCallsThatWait) {
+  onFreshThread([] {
+    openGlib().clear();  // GLib's own descriptors
+    const auto before = openDescriptors();
+    int calls = 0;
+    {
+      const Dispatcher dispatcher = openGlib();
+      EXPECT_EQ(openDescriptors(), before + 2);
+      dispatcher->queueAsyncCall(countUp, &calls);
+    }
+    EXPECT_EQ(openDescriptors(), before);
+    const Dispatcher fresh = openGlib();
+    EXPECT_EQ(fresh->sleep(0), 0);
+    EXPECT_EQ(calls, 0);
+  });
+}
+
+TEST(LinGlibAsyncCallDispatcher, LastHandleDroppedByACallbackEndsItAfterThatSleep) {
+  onFreshThread([] {
+    openGlib().clear();
+    const auto before = openDescriptors();
+    LinGlibAsyncCallDispatcher* const plain = LinGlibAsyncCallDispatcher::create();
+    Dispatcher last = plain;
+    int later = 0;
+    std::function<void()> drop = [&] { last.clear(); };
+    plain->queueAsyncCall(test::run, &drop);
+    plain->queueAsyncCall(countUp, &later);
+    EXPECT_EQ(plain->sleep(-1), 1);
+    EXPECT_EQ(later, 1);
+    EXPECT_EQ(openDescriptors(), before);
+  });
+}
+
+TEST(LinGlibAsyncCallDispatcher, LastHandleDroppedInSomeoneElsesTurnEndsItAfterThatDispatch) {
+  onFreshThread([] {
+    openGlib().clear();
+    const auto before = openDescriptors();
+    Dispatcher last = openGlib();
+    int later = 0;
+    std::function<void()> drop = [&] { last.clear(); };
+    last->queueAsyncCall(test::run, &drop);
+    last->queueAsyncCall(countUp, &later);
+    EXPECT_EQ(g_main_context_iteration(nullptr, TRUE), TRUE);
+    EXPECT_EQ(later, 1);
+    EXPECT_EQ(openDescriptors(), before);
+  });
+}
+
+}  // namespace trelvo::core
