@@ -2,8 +2,9 @@
 
 Usage: symbols.py READELF LIBRARY
 
-Exported may be what lies in namespace trelvo with its tables, the two C functions, and the inline
-standard templates that users of the library instantiate as well.
+Exported may be what lies in namespace trelvo with its tables, the two C functions, the inline
+standard templates that users of the library instantiate as well, and the platform's connectivity
+interface, whose platform_default_manager() an application may define itself.
 """
 
 import re
@@ -15,6 +16,7 @@ C_FUNCTIONS = {"trelvo_core_init", "trelvo_core_fini"}
 
 # vtable, typeinfo, its name, thunks, guard variables; then a possibly const nested name.
 OURS = re.compile(r"_Z(T[VIST]|Th[n\d]+_|Tv[n\d]+_[n\d]+_|GV)?N[rVK]*[RO]?6trelvo")
+PLATFORM = re.compile(r"_Z(T[VIS])?N[rVK]*3com6ubuntu8location12connectivity")
 # Free functions and templates of the standard library: std::..., operator new and delete.
 STANDARD = re.compile(r"_Z(T[VIST])?(N[rVK]*[RO]?)?S[tabsiod]")
 
@@ -23,7 +25,7 @@ INSTRUMENTS = re.compile(r"__gcov_|mangle_path$|__(start|stop)___sancov_|_ZT[IS]
 
 
 def allowed(name, binding):
-    if OURS.match(name) or name in C_FUNCTIONS:
+    if OURS.match(name) or PLATFORM.match(name) or name in C_FUNCTIONS:
         return True
     if INSTRUMENTS.match(name):
         return True

@@ -19,8 +19,14 @@ class Symbols(unittest.TestCase):
                      "_ZThn8_N6trelvo3gom10ObjectBaseD1Ev", "trelvo_core_init"):
             self.assertTrue(allowed(name, "GLOBAL"), name)
 
+    def test_takes_the_platforms_interface(self):
+        for name in ("_ZN3com6ubuntu8location12connectivity24platform_default_managerEv",
+                     "_ZTVN3com6ubuntu8location12connectivity7ManagerE"):
+            self.assertTrue(allowed(name, "GLOBAL"), name)
+
     def test_refuses_helpers_outside_the_namespace(self):
-        for name in ("helper", "_Z6helperv", "_ZN5other6trelvoEv", "_ZN9trelvocore3runEv"):
+        for name in ("helper", "_Z6helperv", "_ZN5other6trelvoEv", "_ZN3com6ubuntu5otherEv",
+                     "_ZN9trelvocore3runEv"):
             self.assertFalse(allowed(name, "GLOBAL"), name)
             self.assertFalse(allowed(name, "WEAK"), name)
 
