@@ -40,7 +40,7 @@ DebugCommon::~DebugCommon() {
   delete m_internalLog;
 }
 
-void DebugCommon::getProcessNameOrId(char* text) const { std::strcpy(text, "unk"); }
+void DebugCommon::getProcessNameOrId(char* text) const { std::memcpy(text, "unk", sizeof "unk"); }
 
 bool DebugCommon::lockFile(std::FILE*) { return true; }
 void DebugCommon::unlockFile(std::FILE*) {}

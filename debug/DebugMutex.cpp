@@ -12,7 +12,9 @@ std::atomic<bool> gUsable{false};
 
 }  // namespace
 
-DebugMutex::DebugMutex() noexcept { gUsable = pthread_mutex_init(&m_mutex, nullptr) == 0; }
+DebugMutex::DebugMutex() noexcept : m_mutex() {
+  gUsable = pthread_mutex_init(&m_mutex, nullptr) == 0;
+}
 
 DebugMutex::~DebugMutex() {
   if (gUsable.exchange(false)) pthread_mutex_destroy(&m_mutex);

@@ -34,7 +34,6 @@ void dropUnfinishedConversion(char* format) {
 PlatformFormat::PlatformFormat(const char* prefix, const char* format) {
   const std::string literal = withDoubledPercents(prefix);
   const int length = std::snprintf(m_text, sizeof m_text, "%s %s", literal.c_str(), format);
-  if (length < 0) m_text[0] = '\0';
   if (length >= static_cast<int>(sizeof m_text)) dropUnfinishedConversion(m_text);
 }
 

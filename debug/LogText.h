@@ -21,7 +21,7 @@ class PlatformFormat {
   const char* text() const noexcept { return m_text; }
 
  private:
-  char m_text[128];
+  char m_text[128] = "";
 };
 
 }  // namespace trelvo

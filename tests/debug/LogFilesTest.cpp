@@ -23,7 +23,9 @@ namespace {
 
 class NamedProcess : public TestPlatform {
  public:
-  void getProcessNameOrId(char* text) const override { std::strcpy(text, "engine"); }
+  void getProcessNameOrId(char* text) const override {
+    std::memcpy(text, "engine", sizeof "engine");
+  }
 };
 
 /// Puts a pipe in the place of standard output while it lives.

@@ -1,6 +1,6 @@
 #include "tests/debug/TestPlatform.h"
 
-#include <cstring>
+#include <utility>
 
 namespace trelvo::test {
 namespace {
@@ -13,21 +13,15 @@ std::string formatted(const char* format, va_list arguments) {
 
 }  // namespace
 
-std::string TestPlatform::time(const char* form) const {
+void TestPlatform::write(char* text, const char* form) const {
   std::tm utc{};
   gmtime_r(&now, &utc);
-  char text[64] = "";
-  std::strftime(text, sizeof text, form, &utc);
-  return text;
+  std::strftime(text, 64, form, &utc);
 }
 
-void TestPlatform::formatTime(char* text, bool) {
-  std::strcpy(text, time("%Y-%m-%d %H:%M:%S").c_str());
-}
+void TestPlatform::formatTime(char* text, bool) { write(text, "%Y-%m-%d %H:%M:%S"); }
 
-void TestPlatform::formatFileTime(char* text, bool) {
-  std::strcpy(text, time("%Y%m%d_%H%M%S").c_str());
-}
+void TestPlatform::formatFileTime(char* text, bool) { write(text, "%Y%m%d_%H%M%S"); }
 
 bool TestPlatform::isAbsolutePath(const char* path) { return path[0] == '/'; }
 

@@ -71,7 +71,7 @@ class TestPlatform : public DebugCommon {
   std::time_t now = kNow;
 
  private:
-  std::string time(const char* form) const;
+  void write(char* text, const char* form) const;
 
   std::mutex m_fileMutex;
   mutable std::mutex m_mutex;  // over what follows
