@@ -63,7 +63,7 @@ bool LinThread::create(IThreadObserver* observer, bool suspended) {
 
 void* LinThread::staticMainFunction(void* thread) {
   const std::intptr_t result = static_cast<LinThread*>(thread)->threadFunction();
-  return reinterpret_cast<void*>(result);
+  return reinterpret_cast<void*>(result);  // NOLINT(performance-no-int-to-ptr): an exit value
 }
 
 int LinThread::threadFunction() {

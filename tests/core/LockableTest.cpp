@@ -163,6 +163,7 @@ TEST(Lockable, ASurplusUnlockOfAnotherThreadIsIgnoredWhileNobodyHoldsIt) {
 TEST(Lockable, GuardsWhatManyThreadsWrite) {
   Lockable<std::vector<int>> lockable;
   std::vector<std::future<void>> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.push_back(std::async(std::launch::async, [&] {
       for (int n = 0; n < 500; ++n) {

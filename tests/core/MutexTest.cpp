@@ -129,6 +129,7 @@ TEST(LinMutex, GuardsWhatManyThreadsWrite) {
   const auto mutex = makeMutex();
   int sum = 0;
   std::vector<std::future<void>> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.push_back(std::async(std::launch::async, [&] {
       for (int n = 0; n < 1000; ++n) {

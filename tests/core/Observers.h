@@ -27,15 +27,18 @@ class HeldObserver : public core::IThreadObserver {
   int threadMain() override {
     m_entered.set_value();
     m_released.get_future().wait();
+    m_left = true;
     return 0;
   }
 
   void waitUntilEntered() { m_entered.get_future().wait(); }
   void release() { m_released.set_value(); }
+  bool hasLeft() const { return m_left; }
 
  private:
   std::promise<void> m_entered;
   std::promise<void> m_released;
+  std::atomic<bool> m_left{false};
 };
 
 }  // namespace trelvo::test

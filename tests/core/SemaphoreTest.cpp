@@ -145,6 +145,7 @@ TEST(LinSemaphore, ASignalWakesWhoWaits) {
 TEST(LinSemaphore, OneSignalWakesAsManyAsItHasTokensFor) {
   const auto semaphore = ISemaphore::create(0, 4);
   std::vector<std::future<bool>> waiting;
+  waiting.reserve(4);
   for (int i = 0; i < 4; ++i) {
     waiting.push_back(std::async(std::launch::async, [&] { return semaphore->wait(); }));
   }

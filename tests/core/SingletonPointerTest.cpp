@@ -137,6 +137,7 @@ TEST(SingletonPointer, LeavesAnObjectInUseAloneWhenItGoes) {
 TEST(SingletonPointer, ServesManyThreadsWithOneObjectAtATime) {
   SingletonPointer<Service> pointer;
   std::vector<std::future<void>> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.push_back(std::async(std::launch::async, [&] {
       for (int n = 0; n < 500; ++n) {

@@ -26,6 +26,7 @@ TEST(Singleton, GivesEachThreadItsOwn) {
   EXPECT_EQ(slot.get(), nullptr);
   ASSERT_TRUE(slot.set(&mine));
   std::vector<std::future<void>> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.push_back(std::async(std::launch::async, [&] {
       int theirs = 0;

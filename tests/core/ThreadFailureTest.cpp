@@ -136,12 +136,13 @@ TEST_F(LinThreadFailure, AnEndUsedUpIsJoinedWithoutASignal) {
 
 TEST_F(LinThreadFailure, DestroyedWhenItCannotWaitIsJoined) {
   HeldObserver observer;
+  auto thread = IThread::create(&observer, false);
+  observer.waitUntilEntered();
   {
-    const auto thread = IThread::create(&observer, false);
-    observer.waitUntilEntered();
     const Answered refused(SystemCall::CondTimedwait, EPERM, [&] { observer.release(); });
-    const_cast<gom::SharedPointer<IThread>&>(thread).clear();
+    thread.clear();
   }
+  EXPECT_TRUE(observer.hasLeft());
   EXPECT_EQ(callsOf(SystemCall::Join), 1);
   EXPECT_EQ(callsOf(SystemCall::Kill), 0);
 }

@@ -254,6 +254,7 @@ TEST_F(Time, UnlocksWhenTheProviderThrows) {
 
 TEST_F(Time, ManyThreadsAskWhileTheProviderIsReplaced) {
   std::vector<std::future<void>> threads;
+  threads.reserve(4);
   for (int i = 0; i < 4; ++i) {
     threads.push_back(std::async(std::launch::async, [i] {
       for (int n = 0; n < 200; ++n) {

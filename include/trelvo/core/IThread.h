@@ -21,10 +21,11 @@ namespace trelvo::core {
 /// wait, or ask isRunning() until it gives false, but not both.
 ///
 /// Ownership: dropping the last handle ends the thread's object and, with it, waits up to one
-/// second for the thread. A thread still suspended ends without having run. **A thread that has not
-/// ended by then takes the process with it, by signal 9**: see to its end first. A thread cannot
-/// drop the last handle to itself. Threads: wait() and tryWait() on one other thread at a time;
-/// threadId() on any.
+/// second for the thread. One that is suspended, or has not come to its body yet, ends without it.
+/// **A thread that has not ended by then takes the process with it, by signal 9**: see to its end
+/// first. A thread cannot drop the last handle to itself.
+///
+/// Threads: wait() and tryWait() on one other thread at a time; threadId() on any.
 class TRELVO_EXPORT IThread : public gom::ReferenceCountable {
  public:
   /// How eagerly the system runs a thread. What is above normal asks for round-robin real-time
