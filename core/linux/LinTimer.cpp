@@ -19,12 +19,10 @@ namespace {
 
 constexpr std::uint64_t kMostCallsInOneGo = 256;
 
-// The quotient and the remainder of a negative time are negative too, which the kernel refuses.
-template <class Milliseconds>
-timespec timespecOf(Milliseconds ms) {
-  constexpr auto kLast = static_cast<Milliseconds>(std::numeric_limits<time_t>::max());
+timespec timespecOf(unsigned long long ms) {
+  constexpr auto kLast = static_cast<unsigned long long>(std::numeric_limits<time_t>::max());
   timespec result = {};
-  result.tv_sec = static_cast<time_t>(std::min(static_cast<Milliseconds>(ms / 1000), kLast));
+  result.tv_sec = static_cast<time_t>(std::min(ms / 1000, kLast));
   result.tv_nsec = static_cast<long>(ms % 1000) * 1000000;
   return result;
 }
@@ -41,9 +39,10 @@ gom::SharedPointer<ITimer> ITimer::create(ITimerObserver* observer) {
 
 LinTimer::LinTimer(ITimerObserver* observer) noexcept : m_observer(observer) {}
 
+// Closing the descriptor disarms it, so that only the provider has to be told.
 LinTimer::~LinTimer() {
   try {
-    stopTimer();
+    unregisterTimer(this);
   } catch (...) {  // NOLINT(bugprone-empty-catch): without a provider there is nobody to tell
   }
   if (m_timerFd == 0) {
@@ -80,7 +79,8 @@ Status LinTimer::start(long long delayMs, unsigned long long periodMs, unsigned 
   if (m_timerFd == 0) {
     return StatusWrongState;
   }
-  if (!startTimer({timespecOf(periodMs), timespecOf(delayMs)})) {
+  const auto delay = static_cast<unsigned long long>(delayMs);
+  if (delayMs < 0 || !startTimer({timespecOf(periodMs), timespecOf(delay)})) {
     return StatusFailed;
   }
   m_delay = delayMs;

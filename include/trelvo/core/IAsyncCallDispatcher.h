@@ -17,7 +17,8 @@ namespace trelvo::core {
 /// even when there is room again; it takes its few bytes until removeAllAsyncCall() removes it or
 /// the dispatcher dies. So a caller that must not lose calls keeps count: it lets at most 256 calls
 /// to one dispatcher wait at a time, over all its posters, and posts the next one when an earlier
-/// one has run. A stream of work is one posted call that empties a queue of its own.
+/// one has run. Interrupts and the stop of a main loop take a place like any call. A stream of work
+/// is one posted call that empties a queue of its own.
 ///
 /// Ownership: the dispatcher dies with its last handle, on the thread that drops it, and calls that
 /// still wait die with it. Where the last handle goes inside one of its own callbacks, it lives on
