@@ -198,6 +198,7 @@ crypto::ICryptor* CryptoLinux::create_encryptor(const crypto::Cryptor& cryptor) 
 
 bool CryptoLinux::freeMemory(unsigned char* memory) { return freeMemoryStatic(memory); }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): it is deleted
 bool CryptoLinux::freeMemoryStatic(unsigned char* memory) noexcept {
   delete[] memory;
   return true;

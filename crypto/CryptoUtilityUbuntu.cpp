@@ -41,7 +41,7 @@ constexpr std::size_t place(std::size_t i) noexcept { return 6 + 3 * i; }
 
 void makeSeed(WipedText& seed) {
   char digits[std::numeric_limits<std::time_t>::digits10 + 3];
-  const auto end = std::to_chars(std::begin(digits), std::end(digits), std::time(nullptr)).ptr;
+  auto* const end = std::to_chars(std::begin(digits), std::end(digits), std::time(nullptr)).ptr;
   seed.assign(digits, end);
   OPENSSL_cleanse(digits, sizeof digits);
 }

@@ -41,7 +41,7 @@ int givePassPhrase(char* buffer, int size, int /*writing*/, void* text) noexcept
   }
   const auto* const passphrase = static_cast<const char*>(text);
   const std::size_t length = std::min(std::strlen(passphrase), static_cast<std::size_t>(size));
-  std::memcpy(buffer, passphrase, length);
+  std::copy_n(passphrase, length, buffer);
   return static_cast<int>(length);
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <functional>
+#include <string>
 
 #include <trelvo/CryptoLinux.h>
 
@@ -69,6 +70,22 @@ void expectAllOrNothing(Status status, const Buffer& output, const Bytes& expect
   }
 }
 
+void decryptWithEachAllocationFailing(const char* keyFile) {
+  const Cryptography cryptography = opened();
+  const Bytes block = bytes(kRsaOaep);
+  const Bytes expected = bytes(kRsaMessage);
+  const auto passphrase = Secret::create("open sesame");
+  const std::string key = dataFile(keyFile);
+  EXPECT_GT(everyAllocationOfOpenSslFails([&] {
+              Buffer output;
+              expectAllOrNothing(
+                  cryptography->decryptRsaPrivate(view(block), key.c_str(), passphrase, output,
+                                                  crypto::PaddingOaep),
+                  output, expected);
+            }),
+            0U);
+}
+
 }  // namespace
 
 TEST(OpenSslMemory, Md5FailsCleanly) {
@@ -124,19 +141,9 @@ TEST(OpenSslMemory, RsaEncryptionFailsCleanly) {
 }
 
 TEST(OpenSslMemory, RsaDecryptionFailsCleanly) {
-  const Cryptography cryptography = opened();
-  const Bytes block = bytes(kRsaOaep);
-  const Bytes expected = bytes(kRsaMessage);
-  const auto passphrase = Secret::create("open sesame");
-  for (const char* const name : {"private_pkcs8.pem", "private_pkcs1_protected.pem"}) {
-    const std::string key = dataFile(name);
-    EXPECT_GT(everyAllocationOfOpenSslFails([&] {
-                Buffer output;
-                expectAllOrNothing(
-                    cryptography->decryptRsaPrivate(view(block), key.c_str(), passphrase, output,
-                                                    crypto::PaddingOaep),
-                    output, expected);
-              }),
-              0U);
-  }
+  decryptWithEachAllocationFailing("private_pkcs8.pem");
+}
+
+TEST(OpenSslMemory, RsaDecryptionWithAProtectedKeyFailsCleanly) {
+  decryptWithEachAllocationFailing("private_pkcs1_protected.pem");
 }
