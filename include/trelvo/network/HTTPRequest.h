@@ -115,6 +115,8 @@ class TRELVO_EXPORT HTTPRequest : public IHTTPRequest {
   bool makeTransport();
   void useProxy();
   bool renewTransport();
+  int perform();
+  bool cancelled() const noexcept { return m_cancelled.load(std::memory_order_relaxed); }
 
   template <class OnAnswer>
   Status performMonitored(OnAnswer onAnswer);
@@ -126,6 +128,7 @@ class TRELVO_EXPORT HTTPRequest : public IHTTPRequest {
   void startChecksum();
   Status transfer(unsigned long long& bytes);
   Status doDownload();
+  bool lengthDiffers() const;
   Status checkBody(unsigned long long& bytes) const;
   bool takeBlock(const unsigned char* data, unsigned int length);
   void store(const unsigned char* data, unsigned int length);

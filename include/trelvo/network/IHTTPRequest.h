@@ -71,8 +71,8 @@ class TRELVO_EXPORT IHTTPRequest {
   /// file back where that matters.
   ///
   /// With decryption, the outcome of the last cipher block takes the place of whatever happened
-  /// before it, but for a cancel and for connections that were not allowed: an answer 404 then
-  /// comes out as StatusFailed.
+  /// before it, but for a cancel and for used connections that were not allowed. So an answer 404,
+  /// or a request that no connection allows, comes out as StatusFailed, for want of a last block.
   ///
   /// @param bytes the length of the body as it came over the network, modulo 2^32. Only set when
   ///        the transfer came to its end: with StatusOk and StatusChecksumMismatch, and where used
