@@ -23,7 +23,7 @@ struct Living {
 // Never destroyed: a dispatcher may die after all static objects have.
 Living& living() {
   alignas(Living) static unsigned char room[sizeof(Living)];
-  static Living* const everyOne = new (room) Living;
+  static auto* const everyOne = new (room) Living;
   return *everyOne;
 }
 

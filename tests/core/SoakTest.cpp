@@ -217,6 +217,7 @@ TEST(Soak, NothingIsLostOrReorderedWhileEverythingHappensAtOnce) {
 
   std::atomic<unsigned long long> posted{0};
   std::vector<std::thread> threads;
+  threads.reserve(kPosters + 2);
   for (int i = 0; i < kPosters; ++i) {
     threads.emplace_back([&] { posted += postUntil(end, loops); });
   }
