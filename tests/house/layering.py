@@ -23,6 +23,8 @@ HEADERS_ELSEWHERE = {
     "trelvo/Lock.h": "core",
     "trelvo/Lockable.h": "core",
     "trelvo/SingletonPointer.h": "core",
+    "trelvo/ICryptoFile.h": "crypto",
+    "trelvo/ICryptoLog.h": "crypto",
 }
 
 # Headers of properties-cpp, whose folder bears the name of a layer.
