@@ -238,6 +238,7 @@ bool ConnectionManagerGeneric::forEachObserver(const Call& call) {
   Lock<Observers> lock;
   lock.m_lockable = &m_observers;
   // By number and not by iterator: an observer may add and remove during its call.
+  // NOLINTNEXTLINE(modernize-loop-convert)
   for (std::size_t i = 0; i < m_observers.m_value.size(); ++i) call(*m_observers.m_value[i]);
   return true;
 }

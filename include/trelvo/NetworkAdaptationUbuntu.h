@@ -111,7 +111,7 @@ class TRELVO_EXPORT NetworkAdaptationUbuntu : public INetworkAdaptation {
   std::shared_ptr<Manager> m_manager;
   State m_state{};
   Characteristics m_characteristics{};
-  core::IMutex* m_mutex;  // owned, recursive
+  core::IMutex* m_mutex = nullptr;  // owned, recursive
   std::vector<::core::Connection> m_connections;
 
   // Guards m_state, m_characteristics, m_changeCount and m_queuedSource.

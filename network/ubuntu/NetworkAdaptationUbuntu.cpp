@@ -12,7 +12,6 @@ namespace trelvo {
 
 namespace connectivity = com::ubuntu::location::connectivity;
 using connectivity::Characteristics;
-using connectivity::State;
 
 namespace {
 
@@ -110,7 +109,7 @@ struct NetworkAdaptationUbuntu::QueuedUpdate {
 };
 
 NetworkAdaptationUbuntu::NetworkAdaptationUbuntu()
-    : m_mutex(nullptr), m_queuedUpdate(std::make_shared<QueuedUpdate>()) {
+    : m_queuedUpdate(std::make_shared<QueuedUpdate>()) {
   m_queuedUpdate->adaptation = this;
   m_mutex = core::IMutex::create("", false, true);
   if (m_mutex == nullptr) throw StatusOutOfMemory;

@@ -19,6 +19,9 @@ OURS = re.compile(r"_Z(T[VIST]|Th[n\d]+_|Tv[n\d]+_[n\d]+_|GV)?N[rVK]*[RO]?6trelv
 PLATFORM = re.compile(r"_Z(T[VIS])?N[rVK]*3com6ubuntu8location12connectivity")
 # Free functions and templates of the standard library: std::..., operator new and delete.
 STANDARD = re.compile(r"_Z(T[VIST])?(N[rVK]*[RO]?)?S[tabsiod]")
+# Data of theirs: tables, static variables of inline functions, a constant. Optimising the library as
+# a whole makes them strong, which is all the same to the dynamic linker.
+STANDARD_DATA = re.compile(r"_ZT[VIS](N[rVK]*)?St|_Z(GVZ|Z)N[rVK]*St|_ZSt19piecewise_construct$")
 
 # What coverage, fuzzing and Clang's check of function types add to instrumented builds.
 INSTRUMENTS = re.compile(r"__gcov_|mangle_path$|__(start|stop)___sancov_|_ZT[IS]F")
@@ -27,7 +30,7 @@ INSTRUMENTS = re.compile(r"__gcov_|mangle_path$|__(start|stop)___sancov_|_ZT[IS]
 def allowed(name, binding):
     if OURS.match(name) or PLATFORM.match(name) or name in C_FUNCTIONS:
         return True
-    if INSTRUMENTS.match(name):
+    if INSTRUMENTS.match(name) or STANDARD_DATA.match(name):
         return True
     return binding in ("WEAK", "UNIQUE") and STANDARD.match(name) is not None
 

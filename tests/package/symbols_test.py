@@ -35,6 +35,11 @@ class Symbols(unittest.TestCase):
         self.assertTrue(allowed(name, "WEAK"))
         self.assertFalse(allowed(name, "GLOBAL"))
 
+    def test_takes_standard_data_of_any_binding(self):
+        for name in ("_ZTSSt19_Sp_make_shared_tag", "_ZTINSt7__cxx114listIiSaIiEEE",
+                     "_ZZNSt19_Sp_make_shared_tag5_S_tiEvE5__tag", "_ZSt19piecewise_construct"):
+            self.assertTrue(allowed(name, "GLOBAL"), name)
+
     def test_lists_what_is_defined(self):
         self.assertEqual(list(exported(TABLE)), [("_ZN6trelvo6Buffer5resetEv", "GLOBAL")])
 
