@@ -191,8 +191,8 @@ Status HTTPRequest::startDecryption() {
     return StatusWrongState;
   }
   crypto::CryptoParams params;
-  params.key = ReadOnlyBuffer(m_decryptionKey);
-  params.iv = ReadOnlyBuffer(m_decryptionIv);
+  params.key.attach(m_decryptionKey.data(), m_decryptionKey.size());
+  params.iv.attach(m_decryptionIv.data(), m_decryptionIv.size());
   return m_decryptor->start(params);
 }
 

@@ -308,6 +308,7 @@ std::size_t HTTPRequest::receiveHeader(void* data, std::size_t size, std::size_t
   return line.size();
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the signature is libcurl's
 std::size_t HTTPRequest::receiveBody(char* data, std::size_t size, std::size_t count, void* self) {
   auto& request = *static_cast<HTTPRequest*>(self);
   const auto length = static_cast<unsigned int>(size * count);
