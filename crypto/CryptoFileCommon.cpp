@@ -85,13 +85,18 @@ unsigned int CryptoFileCommon::trueOffset(unsigned int logical) const {
 }
 
 bool CryptoFileCommon::seekFromStart(unsigned int position) {
-  // The first move only proves that the place can be reached.
-  if (preSeek() != StatusOk || !m_file->seekFromStart(trueOffset(position)) ||
+  if (preSeek() != StatusOk || !canReach(trueOffset(position)) ||
       !m_file->seekFromStart(trueOffset(position & ~kInBlock))) {
     return false;
   }
   m_pendingOffset = position & kInBlock;
   return true;
+}
+
+/// Moves to a place to prove that it can be reached; a core::File reaches it together with the start
+/// of its block.
+bool CryptoFileCommon::canReach(unsigned int place) {
+  return forRuns() != nullptr || m_file->seekFromStart(place);
 }
 
 bool CryptoFileCommon::seekFromEnd(unsigned int distance) {

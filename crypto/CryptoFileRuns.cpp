@@ -6,6 +6,7 @@
 // the end or an error, nobody else moves it), so it serves that class and CryptoFileLin alone.
 
 #include <algorithm>
+#include <new>
 
 #include <trelvo/CryptoFileCommon.h>
 #include <trelvo/CryptoFileLin.h>
@@ -17,9 +18,8 @@ namespace trelvo {
 
 namespace {
 
-constexpr unsigned int kBlocksRead = 128;    // 64 KiB stay in the cache until they are deciphered
-constexpr unsigned int kBlocksWritten = 32;  // 16 KiB on the stack
-constexpr unsigned int kBlocks = 1U << 23;   // until the counter starts again
+constexpr unsigned int kMostBlocks = 128;   // 64 KiB at once, which the cache still holds
+constexpr unsigned int kBlocks = 1U << 23;  // until the counter starts again
 
 }  // namespace
 
@@ -34,7 +34,7 @@ bool CryptoFileCommon::readRun(unsigned char* target, unsigned int count, unsign
   CryptoFileLin* const self = m_pendingOffset == 0 ? forRuns() : nullptr;
   while (self != nullptr && count - delivered >= kBlockSize) {
     const unsigned int blockIndex = myOffset() / kBlockSize;
-    const unsigned int size = kBlockSize * std::min({(count - delivered) / kBlockSize, kBlocksRead,
+    const unsigned int size = kBlockSize * std::min({(count - delivered) / kBlockSize, kMostBlocks,
                                                      kBlocks - blockIndex});
     unsigned char* const piece = target + delivered;
     const unsigned int got = m_file->read(piece, size);
@@ -65,15 +65,15 @@ bool CryptoFileCommon::writeRun(const unsigned char* source, unsigned int count,
                                 unsigned int& taken) {
   CryptoFileLin* const self = m_pendingOffset == 0 ? forRuns() : nullptr;
   // The last block of a call, whole or not, stays in the buffer.
-  while (self != nullptr && count - taken > kBlockSize) {
+  while (self != nullptr && count - taken > kBlockSize && self->hasRoomForRuns()) {
     const unsigned int place = m_file->offset();
     if (place < kBlockSize) {
       break;  // Positions have started again behind 4 GiB: loadBlock() goes where they point.
     }
     const unsigned int blockIndex = (place - m_baseOffset) / kBlockSize;
     const unsigned int size =
-        kBlockSize * std::min({(count - taken - 1) / kBlockSize, kBlocksWritten,
-                               kBlocks - blockIndex, (~0U - place) / kBlockSize + 1});
+        kBlockSize * std::min({(count - taken - 1) / kBlockSize, kMostBlocks, kBlocks - blockIndex,
+                               (~0U - place) / kBlockSize + 1});
     if (!writePiece(*self, blockIndex, source + taken, size, taken)) {
       return false;
     }
@@ -82,10 +82,18 @@ bool CryptoFileCommon::writeRun(const unsigned char* source, unsigned int count,
   return true;
 }
 
+/// Makes room for a run of enciphered blocks, once. Without it blocks are written one by one.
+bool CryptoFileLin::hasRoomForRuns() {
+  if (m_roomForRuns == nullptr) {
+    m_roomForRuns.reset(new (std::nothrow) unsigned char[kMostBlocks * kBlockSize]);
+  }
+  return m_roomForRuns != nullptr;
+}
+
 bool CryptoFileCommon::writePiece(CryptoFileLin& self, unsigned int blockIndex,
                                   const unsigned char* source, unsigned int size,
                                   unsigned int& taken) {
-  unsigned char stored[kBlocksWritten * kBlockSize];
+  unsigned char* const stored = self.m_roomForRuns.get();
   const Status status = self.encipherRun(blockIndex, source, stored, size);
   const unsigned int written = status == StatusOk ? m_file->write(stored, size) : 0;
   if (written == size) {

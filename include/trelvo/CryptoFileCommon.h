@@ -122,6 +122,7 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
 
  private:
   CryptoFileLin* forRuns() noexcept;
+  bool canReach(unsigned int place);
   unsigned int takeFromBuffer(unsigned char* target, unsigned int count);
   bool loadMore(unsigned char* target, unsigned int count, unsigned int& delivered);
   bool readRun(unsigned char* target, unsigned int count, unsigned int& delivered);

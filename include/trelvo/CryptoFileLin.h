@@ -48,8 +48,10 @@ class TRELVO_EXPORT CryptoFileLin : public CryptoFileCommon {
   Status encipherRun(unsigned int blockIndex, const unsigned char* input, unsigned char* output,
                      unsigned int size);
   void setCounter(unsigned int blockIndex);
+  bool hasRoomForRuns();
 
   std::unique_ptr<crypto::CounterCipher> m_cipher;
+  std::unique_ptr<unsigned char[]> m_roomForRuns;  // null until a run is written
 };
 
 }  // namespace trelvo

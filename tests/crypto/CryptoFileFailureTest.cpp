@@ -81,8 +81,8 @@ void fillDisk(std::size_t room) {
   const gom::SharedPointer<CryptoFileLin> crypto = openPlain(disk.open(false));
   disk.room = room;
   ASSERT_EQ(crypto->seekFromStart(100), model.seekFromStart(100));
-  const Bytes source = plainBytes(40000);
-  ASSERT_EQ(crypto->write(source.data(), 40000), model.write(source));
+  const Bytes source = plainBytes(140000);
+  ASSERT_EQ(crypto->write(source.data(), 140000), model.write(source));
   EXPECT_EQ(stateOf(*crypto), model.state);
   EXPECT_EQ(crypto->offset(), model.offset());
   EXPECT_EQ(disk.content, model.disk);
@@ -93,9 +93,10 @@ void fillDisk(std::size_t room) {
 }
 
 TEST(CryptoFileFailure, AFullDiskEndsARunWhereItEndsBlockByBlock) {
-  for (const std::size_t room : {0, 1, 511, 512, 513, 1024, 1100, 16383, 16384, 16385, 16895, 16896,
-                                 16897, 20000, 33000, 39423, 39424, 39425, 50000}) {
-    fillDisk(room);
+  for (const int room : {0,     1,     511,   512,    513,    1024,   1100,   16383, 16384, 16385,
+                         16895, 16896, 16897, 20000,  33000,  65535,  65536,  65947, 65948, 65949,
+                         66459, 66460, 66461, 131072, 139000, 139424, 139425, 150000}) {
+    fillDisk(static_cast<std::size_t>(room));
   }
 }
 

@@ -10,7 +10,7 @@
 namespace trelvo::test {
 namespace {
 
-TEST(CryptoFileMemory, OpenGivesNullAndNothingElseAllocates) {
+TEST(CryptoFileMemory, OpenGivesNullAndOnlyTheFirstRunAllocatesAfterIt) {
   MemoryDisk disk(enciphered(plainBytes(20000)));
   const gom::SharedPointer<core::IFile> file = disk.open(false);
   const Bytes source = plainBytes(20000);
@@ -27,10 +27,12 @@ TEST(CryptoFileMemory, OpenGivesNullAndNothingElseAllocates) {
       EXPECT_EQ(crypto->read(target.data(), 20000), 20000U);
       EXPECT_TRUE(crypto->seekFromStart(100));
       EXPECT_EQ(crypto->write(source.data(), 19000), 19000U);
+      EXPECT_TRUE(crypto->seekFromStart(0));
+      EXPECT_EQ(crypto->write(source.data(), 19000), 19000U);
       EXPECT_TRUE(crypto->flush());
     }
   });
-  EXPECT_EQ(calls, 2U);  // the object and its cipher
+  EXPECT_EQ(calls, 3U);  // the object, its cipher, the room for runs
 }
 
 TEST(CryptoFileMemory, ALogIsMadeOrNot) {

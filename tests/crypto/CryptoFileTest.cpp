@@ -372,6 +372,17 @@ TEST(CryptoFile, AppendingLoadsNothing) {
   EXPECT_EQ(disk.reads, 0U);
 }
 
+TEST(CryptoFile, ASeekForgetsWhereTheFileEnded) {
+  MemoryDisk disk;
+  const auto crypto = openPlain(disk.open(false));
+  ASSERT_TRUE(writeBytes(*crypto, plainBytes(10)));
+  ASSERT_TRUE(crypto->flush());
+  disk.content = enciphered(plainBytes(1000));  // somebody else's doing
+  ASSERT_TRUE(crypto->seekFromStart(600));
+  ASSERT_TRUE(writeBytes(*crypto, bytes("61")));
+  EXPECT_EQ(readBytes(*crypto, 10), slice(plainBytes(1000), 601, 611));
+}
+
 /// Writes and reads around 4 GiB of a file with a hole; gives what is stored there and at the
 /// start.
 Bytes aroundTheWrap(const std::string& path, bool derived) {

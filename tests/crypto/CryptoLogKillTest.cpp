@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -22,7 +23,9 @@ constexpr unsigned int kLines = 100000;
 
 unsigned int rounds() {
   const char* const wanted = std::getenv("TRELVO_SOAK_ROUNDS");
-  return wanted != nullptr ? static_cast<unsigned int>(std::strtoul(wanted, nullptr, 10)) : kRounds;
+  return wanted != nullptr
+             ? std::max(1U, static_cast<unsigned int>(std::strtoul(wanted, nullptr, 10)))
+             : kRounds;
 }
 
 unsigned int below(std::mt19937& random, unsigned int end) {
