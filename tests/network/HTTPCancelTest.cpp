@@ -58,6 +58,7 @@ QuietNames& quietNames() {
 }  // namespace
 
 // Takes the place of the C library's for the whole process.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its names are reserved ones
 extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* name,
                                                                   const char* service,
                                                                   const addrinfo* hints,
@@ -247,6 +248,7 @@ TEST_F(HTTPCancel, MayComeFromManyThreadsAtOnce) {
       std::this_thread::yield();
     }
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
       threads.emplace_back([this] {
         request->cancel();

@@ -51,6 +51,7 @@ class HTTPMemory : public ::testing::Test {
     return result;
   }
 
+ public:
   const std::string path = "/" + std::string(100, 'a');
   TemporaryDirectory directory;
   const std::string local = directory.path("a name that is too long for a short string");

@@ -103,6 +103,7 @@ class HTTPNginx : public HTTPTest {
 
   Status get(const std::string& path) { return request->download(path, local, bytes); }
 
+ public:
   std::string body = pattern(3000000);
   Nginx nginx;
 };

@@ -148,6 +148,7 @@ class HTTPTest : public ::testing::Test {
 
   Status download() { return request->download("/file", local, bytes); }
 
+ public:
   static constexpr unsigned long long kUntouched = 0xAAAAAAAAAAAAAAAAULL;
 
   TemporaryDirectory directory;
