@@ -8,7 +8,10 @@
 #include <string>
 
 #include "tests/tools/ImportSupport.h"
+#include "tools/trelvo/DescriptorStream.h"
+#include "tools/trelvo/Failure.h"
 #include "tools/trelvo/ImportFix.h"
+#include "tools/trelvo/OutputFile.h"
 
 namespace trelvo::tool {
 namespace {
@@ -41,8 +44,9 @@ class ImportOutput : public ::testing::Test {
 
   // Writes a container for each height; gives the file's name.
   std::string written(std::initializer_list<double> altitudes) const {
-    ImportFile file(path("out"));
-    ContainerWriter writer(file.descriptor(), "out");
+    OutputFile file(path("out"));
+    DescriptorStream stream(file.descriptor());
+    ContainerWriter writer(stream, "out");
     for (const double altitude : altitudes) {
       writer.put(*container(altitude));
     }
@@ -54,13 +58,14 @@ class ImportOutput : public ::testing::Test {
   // What a verifier says when the import gives these heights again; empty when all is well.
   std::string complaint(std::initializer_list<double> altitudes) const {
     try {
-      ContainerVerifier verifier(path("out"), "out");
+      DescriptorStream stream(openForReading(path("out").c_str()));
+      ContainerVerifier verifier(stream, "out");
       for (const double altitude : altitudes) {
         verifier.put(*container(altitude));
       }
       verifier.finish();
       return "";
-    } catch (const ImportError& error) {
+    } catch (const Failure& error) {
       return error.what();
     }
   }
@@ -70,21 +75,21 @@ class ImportOutput : public ::testing::Test {
 
 TEST_F(ImportOutput, AppearsOnlyWhenCommitted) {
   {
-    const ImportFile file(path("out"));
+    const OutputFile file(path("out"));
     EXPECT_FALSE(fs::exists(path("out")));
     EXPECT_TRUE(fs::exists(file.currentPath()));
   }
   EXPECT_TRUE(fs::is_empty(m_folder));
-  ImportFile file(path("out"));
+  OutputFile file(path("out"));
   file.commit();
   EXPECT_EQ(file.currentPath(), path("out"));
   EXPECT_TRUE(fs::exists(path("out")));
 }
 
 TEST_F(ImportOutput, AFileThatCannotBeRenamedIsAnError) {
-  ImportFile file(path("out"));
+  OutputFile file(path("out"));
   fs::create_directories(path("out/x"));
-  EXPECT_THROW(file.commit(), ImportError);
+  EXPECT_THROW(file.commit(), Failure);
 }
 
 TEST_F(ImportOutput, TheVerifierAgreesWithTheSameContainers) {
@@ -120,24 +125,27 @@ TEST_F(ImportOutput, AMissingFileCannotBeVerified) {
 }
 
 TEST_F(ImportOutput, AFullDiskIsAnErrorAndAClosedPipeIsNot) {
-  ImportFile full("/dev/full");
-  ContainerWriter writer(full.descriptor(), "full");
+  OutputFile full("/dev/full");
+  DescriptorStream stream(full.descriptor());
+  ContainerWriter writer(stream, "full");
   writer.put(*container(1.0));
-  EXPECT_THROW(writer.finish(), ImportError);
+  EXPECT_THROW(writer.finish(), Failure);
 
   int ends[2];
   ASSERT_EQ(::pipe(ends), 0);
   const UniqueFd output(ends[1]);
   ::close(ends[0]);
   ::signal(SIGPIPE, SIG_IGN);
-  ContainerWriter piped(output.get(), "pipe");
+  DescriptorStream pipe(output.get());
+  ContainerWriter piped(pipe, "pipe");
   piped.put(*container(1.0));
   EXPECT_THROW(piped.finish(), ReaderGone);
 }
 
 TEST_F(ImportOutput, CountsWhatItTakes) {
-  ImportFile file(path("out"));
-  ContainerWriter writer(file.descriptor(), "out");
+  OutputFile file(path("out"));
+  DescriptorStream stream(file.descriptor());
+  ContainerWriter writer(stream, "out");
   EXPECT_EQ(writer.counts().text(), "0 containers");
   writer.put(*container(1.0));
   EXPECT_EQ(writer.counts().text(), "1 container: 1 GNSS");

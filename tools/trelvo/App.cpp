@@ -7,15 +7,18 @@
 
 #include "tools/trelvo/GeoCommand.h"
 #include "tools/trelvo/ImportCommand.h"
+#include "tools/trelvo/LogCommand.h"
+#include "tools/trelvo/SealCommand.h"
 #include "tools/trelvo/ShowCommand.h"
 
 namespace trelvo::tool {
 namespace {
 
 constexpr const char* kDescription =
-    "Puts radio observations, position fixes and known cells into containers, shows them, and "
-    "computes "
-    "with positions.";
+    "Puts radio observations, position fixes and known cells into containers, shows and seals "
+    "them, "
+    "computes with positions, "
+    "and keeps encrypted logs.";
 
 std::string usageMessage(const CLI::App*, const CLI::Error& error) {
   return std::string("trelvo: ") + error.what() + "\ntrelvo: run with --help for more\n";
@@ -42,6 +45,8 @@ int runTrelvo(int argc, const char* const* argv, CommandContext& context) {
   addImportCommand(app, context);
   addShowCommand(app, context);
   addGeoCommand(app, context);
+  addSealCommands(app, context);
+  addLogCommand(app, context);
   try {
     app.parse(argc, argv);
     return context.exitStatus;

@@ -121,6 +121,11 @@ unsigned int DescriptorStream::read(unsigned char* target, unsigned int count) {
   return got;
 }
 
+unsigned int DescriptorStream::readSome(unsigned char* target, unsigned int count) {
+  const bool any = prepareReading() && (m_taken < m_ahead.size() || fill());
+  return any ? readBuffered(target, count) : 0;
+}
+
 unsigned int DescriptorStream::readBuffered(unsigned char* target, unsigned int count) {
   const std::size_t taken = std::min<std::size_t>(count, m_ahead.size() - m_taken);
   std::memcpy(target, m_ahead.data() + m_taken, taken);

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <trelvo/IStream.h>
-
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <vector>
 
+#include "tools/trelvo/FileStream.h"
 #include "tools/trelvo/UniqueFd.h"
 
 namespace trelvo::tool {
@@ -24,7 +23,7 @@ namespace trelvo::tool {
 /// errno; reads and writes then give short counts. The end of the input is not a failure.
 /// Interrupted calls are repeated. A write to a pipe that nobody reads gives EPIPE, provided that
 /// SIGPIPE is ignored. Threads: one at a time.
-class DescriptorStream : public IStream {
+class DescriptorStream : public FileStream {
  public:
   /// Reads and writes `descriptor` and closes it when it dies.
   explicit DescriptorStream(UniqueFd descriptor);
@@ -66,6 +65,10 @@ class DescriptorStream : public IStream {
   /// Reads until `count` bytes are there or the input ends. @return the number of bytes read.
   unsigned int read(unsigned char* target, unsigned int count) override;
 
+  /// Reads what is there, up to `count` bytes, and waits for the first of them only. @return the
+  /// number of bytes read, 0 at the end of the input.
+  unsigned int readSome(unsigned char* target, unsigned int count);
+
   /// Takes over `count` bytes. @return `count`, or fewer when the descriptor refused earlier bytes
   /// or these.
   unsigned int write(const unsigned char* source, unsigned int count) override;
@@ -73,21 +76,17 @@ class DescriptorStream : public IStream {
   /// Writes out what is buffered. @return whether the stream is good() afterwards.
   bool flush() override;
 
-  /// Bytes from the start of the file, or on a pipe the bytes read and written so far.
-  std::uint64_t position() const { return m_position; }
+  std::uint64_t position() const override { return m_position; }
 
   /// Moves to `position`, as seekFromStart() does.
   bool seekTo(std::uint64_t position);
 
-  /// The size of a regular file, empty for anything else.
-  std::optional<std::uint64_t> size() const;
+  std::optional<std::uint64_t> size() const override;
+  int error() const override { return m_error; }
 
-  /// The errno of the first system call that failed, 0 when none has.
-  int error() const { return m_error; }
-
-  /// Calls `listener` with the position whenever a block was read from or written to the
-  /// descriptor.
-  void onBlock(std::function<void(std::uint64_t)> listener) { m_listener = std::move(listener); }
+  void onBlock(std::function<void(std::uint64_t)> listener) override {
+    m_listener = std::move(listener);
+  }
 
  private:
   bool fill() const;

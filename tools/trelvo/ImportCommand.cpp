@@ -1,27 +1,31 @@
 #include "tools/trelvo/ImportCommand.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "tools/trelvo/DescriptorStream.h"
+#include "tools/trelvo/Failure.h"
 #include "tools/trelvo/ImportFormat.h"
 #include "tools/trelvo/ImportOutput.h"
 #include "tools/trelvo/ImportReport.h"
+#include "tools/trelvo/InputFile.h"
 #include "tools/trelvo/NmeaFields.h"
+#include "tools/trelvo/OutputFile.h"
 #include "tools/trelvo/Progress.h"
+#include "tools/trelvo/SealedStore.h"
+#include "tools/trelvo/SealedStream.h"
+#include "tools/trelvo/UniqueFd.h"
 
 namespace trelvo::tool {
 
 namespace {
-
-constexpr const char* kStandard = "-";
 
 constexpr const char* kExamples =
     "Levels in dBm become the reporting codes of the 3GPP documents; what the schema has no place "
@@ -31,7 +35,8 @@ constexpr const char* kExamples =
     "  trelvo import drive.log reports.json -o drive.trelvo\n"
     "  trelvo import cell_towers.csv -o towers.trelvo --verify\n"
     "  xz -dc reports.json.xz | trelvo import - -o - | trelvo show -\n"
-    "  trelvo import --date 2025-09-04 --verify nodate.log -o fixes.trelvo";
+    "  trelvo import --date 2025-09-04 --verify nodate.log -o fixes.trelvo\n"
+    "  trelvo import drive.log -o drive.sealed --sealed drive-0904 --storage keys";
 
 struct ImportOptions {
   std::vector<std::string> files;
@@ -39,6 +44,14 @@ struct ImportOptions {
   ImportFormat format = ImportFormat::Auto;
   std::string dateText;
   bool verify = false;
+  StoreOptions store;
+};
+
+/// What an import wrote.
+struct Written {
+  bool any;  // whether any input could be read
+  ImportCounts counts;
+  std::uint64_t bytes;
 };
 
 std::optional<NmeaDate> parseDate(const std::string& text) {
@@ -57,16 +70,14 @@ class Import {
 
   int run() {
     checkUsage();
-    try {
-      return m_options.output == kStandard ? writeStandardOutput() : writeFile();
-    } catch (const ReaderGone&) {
-      m_report.print(m_context.err);
-      return kExitGood;
-    } catch (const ImportError& error) {
-      m_report.print(m_context.err);
-      m_context.err << "trelvo: " << error.what() << std::endl;
-      return kExitFailed;
-    }
+    return reporting(m_context, [this] {
+      try {
+        conclude(m_options.output == kStandard ? writeStandardOutput() : writeFile());
+      } catch (const std::runtime_error&) {
+        m_report.print(m_context.err);
+        throw;
+      }
+    });
   }
 
  private:
@@ -80,6 +91,10 @@ class Import {
         (m_options.output == kStandard || !std::all_of(files.begin(), files.end(), isReadTwice))) {
       throw CLI::ValidationError("--verify", "needs regular files, in and out");
     }
+    if (isSealed() && m_options.output == kStandard) {
+      throw CLI::ValidationError("--sealed",
+                                 "needs a file that can be sought, not standard output");
+    }
   }
 
   // A file that is not there is told when its turn comes.
@@ -90,42 +105,65 @@ class Import {
                                  type == std::filesystem::file_type::not_found);
   }
 
-  int writeStandardOutput() {
+  bool isSealed() const { return !m_options.store.name.empty(); }
+
+  Written writeStandardOutput() {
     m_context.out.flush();
-    ContainerWriter writer(m_context.outputDescriptor, "standard output");
-    const bool any = importAll(m_report, writer);
-    writer.finish();
-    return conclude(any, writer);
+    DescriptorStream output(m_context.outputDescriptor);
+    return importInto(output, "standard output");
   }
 
-  int writeFile() {
-    ImportFile file(m_options.output);
-    ContainerWriter writer(file.descriptor(), m_options.output);
-    const bool any = importAll(m_report, writer);
-    writer.finish();
-    if (any && m_options.verify) {
-      verify(file);
+  Written writeFile() {
+    const Store store = isSealed() ? openStoreForSealing(m_options.store) : Store();
+    OutputFile file(m_options.output, isSealed() ? kModePrivate : kModeShared);
+    const Written written = writeDescriptor(file.descriptor(), store);
+    if (written.any && m_options.verify) {
+      verify(file.currentPath(), store);
     }
-    if (any) {
+    if (written.any) {
       file.commit();
     }
-    return conclude(any, writer);
+    return written;
   }
 
-  int conclude(bool any, const ContainerWriter& writer) {
-    m_report.print(m_context.err);
-    if (!any) {
-      m_context.err << "trelvo: nothing could be read" << std::endl;
-      return kExitFailed;
+  // An empty handle stands for no store.
+  Written writeDescriptor(int descriptor, const Store& store) {
+    DescriptorStream output(descriptor);
+    if (!store) {
+      return importInto(output, m_options.output);
     }
-    m_context.err << "trelvo: wrote " << writer.counts().text() << "; " << writer.bytes()
-                  << " bytes" << std::endl;
-    return kExitGood;
+    SealedStream sealed(output, m_options.output, *store);
+    return importInto(sealed, m_options.output);
   }
 
-  void verify(const ImportFile& file) {
+  Written importInto(FileStream& output, const std::string& name) {
+    ContainerWriter writer(output, name);
+    const bool any = importAll(m_report, writer);
+    writer.finish();
+    return {any, writer.counts(), writer.bytes()};
+  }
+
+  void conclude(const Written& written) {
+    if (!written.any) {
+      throw Failure("nothing could be read");
+    }
+    m_report.print(m_context.err);
+    m_context.err << "trelvo: wrote " << written.counts.text() << "; " << written.bytes << " bytes"
+                  << std::endl;
+  }
+
+  void verify(const std::string& path, const Store& store) {
+    DescriptorStream file(openForReading(path.c_str()));
+    if (!store) {
+      return verifyStream(file);
+    }
+    SealedStream sealed(file, m_options.output, *store);
+    verifyStream(sealed);
+  }
+
+  void verifyStream(FileStream& stream) {
     ImportReport again;
-    ContainerVerifier verifier(file.currentPath(), m_options.output);
+    ContainerVerifier verifier(stream, m_options.output);
     importAll(again, verifier);
     verifier.finish();
     m_context.out << verifier.count() << " containers read back, all equal" << std::endl;
@@ -136,30 +174,13 @@ class Import {
     std::uint64_t before = 0;
     bool any = false;
     for (const std::string& name : m_options.files) {
-      DescriptorStream input = open(name);
+      DescriptorStream input = openInput(name, m_context);
       input.onBlock([&](std::uint64_t bytes) { progress.update(before + bytes); });
-      any = importStream(input, messageName(name), m_options.format, m_date, report, target) || any;
-      if (input.error() != 0) {
-        throw ImportError(messageName(name) + ": " + std::strerror(input.error()));
-      }
+      any = importStream(input, inputName(name), m_options.format, m_date, report, target) || any;
+      checkRead(input, inputName(name));
       before += input.position();
     }
     return any;
-  }
-
-  DescriptorStream open(const std::string& name) const {
-    if (name == kStandard) {
-      return DescriptorStream(m_context.inputDescriptor);
-    }
-    UniqueFd file = openForReading(name.c_str());
-    if (!file) {
-      throw ImportError(name + ": " + std::strerror(errno));
-    }
-    return DescriptorStream(std::move(file));
-  }
-
-  static std::string messageName(const std::string& name) {
-    return name == kStandard ? "standard input" : name;
   }
 
   // Nothing when one of the inputs has no size, a pipe for instance. A pipe is not opened to ask:
@@ -205,6 +226,8 @@ void addImportCommand(CLI::App& app, CommandContext& context) {
                    "Day, YYYY-MM-DD, of fixes whose log names none (NMEA)")
       ->check(checkDate);
   command->add_flag("--verify", options->verify, "Read the file back and compare every container");
+  addSealedOptions(*command, options->store,
+                   "Seal the output with the key of the store NAME: see trelvo seal");
   command->footer(kExamples);
   command->callback([options, &context] { context.exitStatus = Import(*options, context).run(); });
 }

@@ -1,50 +1,20 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
-#include "tools/trelvo/DescriptorStream.h"
+#include "tools/trelvo/FileStream.h"
 #include "tools/trelvo/ImportCounts.h"
 #include "tools/trelvo/ImportTarget.h"
-#include "tools/trelvo/UniqueFd.h"
 
 namespace trelvo::tool {
-
-/// The name under which an output file grows. Unless commit() gives it its final name, it is
-/// removed.
-///
-/// The temporary file lies beside the final one. What is there and is no regular file (a device, a
-/// pipe) is written in place. A symbolic link stays, and the file behind it is replaced.
-class ImportFile {
- public:
-  /// Creates the temporary file. Throws ImportError.
-  explicit ImportFile(const std::string& path);
-  ImportFile(const ImportFile&) = delete;
-  ImportFile& operator=(const ImportFile&) = delete;
-  ~ImportFile();
-
-  /// The open descriptor; it stays the file's.
-  int descriptor() const { return m_descriptor.get(); }
-
-  /// Where the bytes are until commit().
-  const std::string& currentPath() const { return m_current; }
-
-  /// Waits until the bytes are on the disk and gives the file its final name. Throws ImportError.
-  void commit();
-
- private:
-  std::string m_final;
-  std::string m_current;
-  UniqueFd m_descriptor;
-};
 
 /// Writes containers one after the other in the wire format.
 class ContainerWriter : public ImportTarget {
  public:
-  /// Writes to `descriptor`, which stays its owner's. `name` is what messages call it.
-  ContainerWriter(int descriptor, std::string name);
+  /// Writes to `stream`, which must outlive the writer. `name` is what messages call it.
+  ContainerWriter(FileStream& stream, std::string name);
 
-  /// Hands on what is buffered. Throws ImportError or ReaderGone.
+  /// Hands on what is buffered. Throws Failure or ReaderGone.
   void finish();
 
   const ImportCounts& counts() const { return m_counts; }
@@ -55,9 +25,8 @@ class ContainerWriter : public ImportTarget {
   void take(const schema::Injection& injection) override;
   template <class Container>
   void writeOut(const Container& container);
-  [[noreturn]] void fail() const;
 
-  DescriptorStream m_stream;
+  FileStream& m_stream;
   std::string m_name;
   ImportCounts m_counts;
 };
@@ -66,10 +35,11 @@ class ContainerWriter : public ImportTarget {
 /// with the one that the import makes again: as objects, and as the bytes of their wire form.
 class ContainerVerifier : public ImportTarget {
  public:
-  /// Reads the file at `path`; messages call it `name`. Throws ImportError.
-  ContainerVerifier(const std::string& path, std::string name);
+  /// Reads `stream`, which must outlive the verifier; messages call it `name`. Throws
+  /// Failure.
+  ContainerVerifier(FileStream& stream, std::string name);
 
-  /// Throws ImportError when the file holds more than was compared.
+  /// Throws Failure when the file holds more than was compared.
   void finish();
 
  private:
@@ -80,7 +50,7 @@ class ContainerVerifier : public ImportTarget {
   void compare(const gom::SharedPointer<gom::GenericObject>& expected);
   [[noreturn]] void fail(const std::string& reason) const;
 
-  DescriptorStream m_stream;
+  FileStream& m_stream;
   std::string m_name;
 };
 

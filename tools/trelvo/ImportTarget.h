@@ -6,19 +6,8 @@
 #include <trelvo/schema/MeasurementContainer.h>
 
 #include <new>
-#include <stdexcept>
 
 namespace trelvo::tool {
-
-/// An import that cannot go on; what() is the message for the user.
-struct ImportError : std::runtime_error {
-  using std::runtime_error::runtime_error;
-};
-
-/// Nobody reads the output any more; no failure of the import.
-struct ReaderGone : std::runtime_error {
-  ReaderGone() : std::runtime_error("the reader of the output has gone") {}
-};
 
 /// Where the containers of an import go: measurement containers and injections.
 class ImportTarget {
@@ -26,7 +15,7 @@ class ImportTarget {
   virtual ~ImportTarget() = default;
 
   /// Gives `container`, a MeasurementContainer or an Injection, the next measurement id, from 1,
-  /// and hands it on. Throws ImportError or ReaderGone when it cannot be taken.
+  /// and hands it on. Throws Failure or ReaderGone when it cannot be taken.
   template <class Container>
   void put(Container& container) {
     container.setMeasurementId(static_cast<unsigned int>(++m_count));
