@@ -12,6 +12,8 @@ function(make_source text)
     "trelvo_fixed_keys(${WORK}/keys ${WORK}/FixedKeys.cpp)\n")
   execute_process(COMMAND ${CMAKE_COMMAND} -P ${WORK}/run.cmake
     RESULT_VARIABLE result ERROR_VARIABLE error)
+  # CMake breaks the lines of a message where the path in it happens to end.
+  string(REGEX REPLACE "[ \n]+" " " error "${error}")
   set(result ${result} PARENT_SCOPE)
   set(error "${error}" PARENT_SCOPE)
 endfunction()
@@ -61,6 +63,7 @@ file(WRITE ${WORK}/run.cmake "cmake_minimum_required(VERSION 3.25)\n"
   "trelvo_fixed_keys(${WORK}/missing ${WORK}/FixedKeys.cpp)\n")
 execute_process(COMMAND ${CMAKE_COMMAND} -P ${WORK}/run.cmake
   RESULT_VARIABLE result ERROR_VARIABLE error)
+string(REGEX REPLACE "[ \n]+" " " error "${error}")
 if(result EQUAL 0 OR NOT error MATCHES "there is no file")
   message(FATAL_ERROR "a missing file: ${result} ${error}")
 endif()
