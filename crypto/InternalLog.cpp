@@ -6,34 +6,17 @@
 #include <trelvo/ICryptoLog.h>
 #include <trelvo/core/Directory.h>
 
+#include "debug/DebugLock.h"
+
 namespace trelvo {
 
 namespace {
 
-/// Holds the logging engine's lock, unless that failed.
-class LoggingLock {
- public:
-  LoggingLock() : m_held(DebugCommon::lock()) {}
-  ~LoggingLock() {
-    if (m_held) {
-      DebugCommon::unlock();
-    }
-  }
-  LoggingLock(const LoggingLock&) = delete;
-  LoggingLock& operator=(const LoggingLock&) = delete;
-
-  bool held() const noexcept { return m_held; }
-
- private:
-  bool m_held;
-};
-
 /// The encrypted log's name by the logging instance; empty without one. Throws std::out_of_range.
 std::string internalLogPath() {
-  const LoggingLock lock;
-  return lock.held() && DebugCommon::mPimpl != nullptr
-             ? DebugCommon::mPimpl->makeInternalLogFileName()
-             : std::string();
+  const DebugLock lock;
+  return lock && DebugCommon::mPimpl != nullptr ? DebugCommon::mPimpl->makeInternalLogFileName()
+                                                : std::string();
 }
 
 }  // namespace
