@@ -125,9 +125,8 @@ class TRELVO_EXPORT DebugCommon {
   /// Gives the stream to the file `name`: stdout for "console"; the stream of a component whose
   /// file has this very name; otherwise one that is opened for writing, which empties the file. The
   /// default setting's file is not looked at.
-  /// @return null when the file cannot be opened. A stream that was opened is the caller's, who
-  /// puts
-  ///         it into a setting; the instance closes what its settings hold.
+  /// @return null when the file cannot be opened. A stream that was opened is the caller's, to be
+  ///         put into a setting; the instance closes what its settings hold.
   std::FILE* addLogFile(const std::string& name);
 
   /// Gives the full name of a log file: "console" as it is; any other `file` with `path`, which

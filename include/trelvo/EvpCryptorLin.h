@@ -23,9 +23,8 @@ class TRELVO_EXPORT EvpCryptorLin : public crypto::ICryptor {
   Status start(const crypto::CryptoParams& params) override;
 
   /// Chooses the cipher; start() comes next.
-  /// @return StatusOk, or StatusNotSupported with nothing changed for anything but AES-128 in CBC
-  /// or
-  ///         CTR mode.
+  /// @return StatusOk, or StatusNotSupported, with nothing changed, for anything but AES-128 in CBC
+  ///         or CTR mode.
   virtual Status initialize(const crypto::Cryptor& cryptor);
 
  protected:
