@@ -1,17 +1,21 @@
 // A platform for the logging engine, as an application on Linux writes one, and a replay of old
-// observations that logs through it: to a file, to the console, and to a copy of the log.
+// observations that logs through it: to files, to the console, and to an encrypted copy of the log.
 //
 //   Platform       the five operations that the engine asks for, and a mutex for the files
-//   TextLog        a sink for the copy; an encrypted log is another ILog and goes in its place
 //   doWriteLogVa   joins Debug::testLog() to the platform
+//
+// The copy can be read by whoever has the private key, and by nobody on the device:
+//
+//   openssl genrsa -traditional -out private.pem 2048
+//   mkdir device && openssl rsa -in private.pem -pubout -out device/publog.pem
+//   logging device
+//
+// leaves device/replay_20231114.slog; ICryptoLog::decrypt() makes text of it, elsewhere.
 
 #include <syslog.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <ctime>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -23,7 +27,7 @@
 
 using trelvo::Debug;
 using trelvo::DebugCommon;
-using trelvo::ILog;
+using trelvo::ICryptoLog;
 
 namespace {
 
@@ -66,12 +70,9 @@ class Platform : public DebugCommon {
     writeLogVa(level, false, component, "  ", format, arguments);
     char time[64] = "";
     formatTime(time, false);
+    const std::lock_guard<std::mutex> guard(m_copyMutex);  // nobody guards it but we
     writeLogVa(m_internalLog, false, time, component, "  ", format, arguments);
     va_end(arguments);
-  }
-
-  void flushCopy() {
-    if (m_internalLog != nullptr) m_internalLog->flush();
   }
 
  private:
@@ -83,38 +84,9 @@ class Platform : public DebugCommon {
 
   std::time_t m_time = 0;
   std::mutex m_fileMutex;
+  std::mutex m_copyMutex;
   std::mutex m_threadsMutex;
   std::map<std::thread::id, int> m_threads;
-};
-
-class TextLog : public ILog {
- public:
-  explicit TextLog(const std::string& name) : m_stream(name) {}
-  void puts(const char* text) override { m_stream << text; }
-  bool flush() override { return m_stream.flush().good(); }
-
- private:
-  std::ofstream m_stream;
-};
-
-// A directory for this run, gone with it.
-class Scratch {
- public:
-  Scratch() {
-    std::string name = std::filesystem::temp_directory_path() / "trelvo_logging_XXXXXX";
-    if (mkdtemp(name.data()) != nullptr) m_path = name + "/";
-  }
-  ~Scratch() {
-    std::error_code ignored;
-    if (!m_path.empty()) std::filesystem::remove_all(m_path, ignored);
-  }
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-
-  const std::string& path() const { return m_path; }
-
- private:
-  std::string m_path;
 };
 
 void print(const std::string& directory, const char* name) {
@@ -133,9 +105,13 @@ TRELVO_EXPORT void trelvo::doWriteLogVa(Debug::LogLevel level, bool continued,
   DebugCommon::mPimpl->writeLogVa(level, continued, component, prefix, format, arguments);
 }
 
-int main() {
-  const Scratch scratch;
-  const std::string config = scratch.path() + "logging.conf";
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "Usage: logging DIRECTORY     with the file publog.pem in it\n");
+    return 2;
+  }
+  const std::string directory = std::string(argv[1]) + "/";
+  const std::string config = directory + "logging.conf";
   std::ofstream(config) << "; component, levels, file\n"
                            "no_platform_logging\n"
                            "default 15 replay_%t.log\n"
@@ -147,8 +123,17 @@ int main() {
   platform->setTime(1700000000);
   DebugCommon::mPimpl = platform;
   platform->addRef();
-  if (!platform->readConfig(config.c_str(), scratch.path().c_str(), nullptr)) return 1;
-  Debug::setInternalLog(new TextLog(scratch.path() + "copy.log"));
+  if (!platform->readConfig(config.c_str(), directory.c_str(), nullptr)) return 1;
+
+  // The copy goes beside the default file, for the holder of the key among the delivered files.
+  trelvo::core::Directory::setPreinstalledFilesPath(directory);
+  ICryptoLog* const copy = ICryptoLog::createDebugInternalLog();
+  if (copy == nullptr) {
+    std::fprintf(stderr, "no encrypted log: is there a public key in %spublog.pem?\n",
+                 directory.c_str());
+    return 1;
+  }
+  Debug::setInternalLog(copy);  // the platform's from here on
 
   platform->note(kUsual, "replay", "%d observations of cell %X\n", 2, 0x1234507U);
   platform->note(kUsual, "core", "for the copy alone: core has mask 0\n");
@@ -162,12 +147,11 @@ int main() {
   Debug::testLog("tests", "replayed %s", "twice");
   Debug::testLog2(true, "tests", " and %s\n", "compared");
 
-  print(scratch.path(), "replay_20231114.log");
-  print(scratch.path(), "replay_20231114_tests.log");
-  platform->flushCopy();
-  print(scratch.path(), "copy.log");
+  print(directory, "replay_20231114.log");
+  print(directory, "replay_20231114_tests.log");
   std::printf("--- logs are in the %s directory\n",
-              Debug::logPath() == scratch.path() ? "scratch" : "wrong");
+              Debug::logPath() == directory ? "given" : "wrong");
 
-  platform->removeRef();  // the last one: the platform is gone, and standard output with it
+  // The last one: the platform is gone, the copy is complete, and standard output is closed.
+  platform->removeRef();
 }

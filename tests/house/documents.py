@@ -1,7 +1,7 @@
 """Takes fenced blocks out of a Markdown file.
 
 Usage: documents.py extract FILE LANGUAGE OUTPUT     writes the first block of that language
-       documents.py run FILE LANGUAGE PROGRAM        compares what PROGRAM prints with that block
+       documents.py run FILE LANGUAGE PROGRAM...     compares what PROGRAM prints with that block
        documents.py links FILE...                    checks that relative links lead somewhere
 """
 
@@ -45,9 +45,9 @@ def extract(file, language, output):
     pathlib.Path(output).write_text(block(text, language), encoding="utf-8")
 
 
-def run(file, language, program):
+def run(file, language, *program):
     expected = block(pathlib.Path(file).read_text(encoding="utf-8"), language)
-    printed = subprocess.run([program], check=True, capture_output=True, text=True).stdout
+    printed = subprocess.run(program, check=True, capture_output=True, text=True).stdout
     if printed != expected:
         sys.exit(f"{file} says:\n{expected}The program prints:\n{printed}")
     print(printed, end="")
