@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <ostream>
 #include <string>
 
 namespace trelvo::core {
@@ -53,6 +54,8 @@ struct PlainVariable {
   const char* variable;
   bool (*get)(std::string&);
 };
+
+void PrintTo(const PlainVariable& variable, std::ostream* out) { *out << variable.variable; }
 
 class PlainVariableTest : public SystemInfoTest,
                           public ::testing::WithParamInterface<PlainVariable> {};

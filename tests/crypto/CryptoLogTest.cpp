@@ -55,17 +55,17 @@ std::string incompressible(std::size_t size) {
   return text;
 }
 
-class GoldenLog : public ::testing::TestWithParam<const char*> {};
+class GoldenLog : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(GoldenLog, DecryptsToItsText) {
   const TempDirectory directory;
   const std::string text = directory / "text";
-  EXPECT_EQ(decryptLog(goldenFile(std::string(GetParam()) + ".slog"), text), StatusOk);
-  EXPECT_EQ(bytesOfFile(text), bytesOfFile(goldenFile(std::string(GetParam()) + ".txt")));
+  EXPECT_EQ(decryptLog(goldenFile(GetParam() + ".slog"), text), StatusOk);
+  EXPECT_EQ(bytesOfFile(text), bytesOfFile(goldenFile(GetParam() + ".txt")));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, GoldenLog, ::testing::Values("complete", "killed", "long", "empty"),
-                         [](const auto& test) { return std::string(test.param); });
+                         [](const auto& test) { return test.param; });
 
 TEST(CryptoLog, WithoutTextItHoldsTheHeadAndAnEmptyStream) {
   const TempDirectory directory;

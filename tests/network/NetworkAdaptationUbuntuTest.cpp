@@ -1,6 +1,7 @@
 #include <trelvo/NetworkAdaptationUbuntu.h>
 
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <thread>
 
@@ -89,6 +90,10 @@ struct Mapping {
   bool roaming;
   const char* name;
 };
+
+void PrintTo(const Mapping& row, std::ostream* out) {
+  *out << "State" << row.state << "Bits" << row.characteristics;
+}
 
 class NetworkAdaptationUbuntuMapping : public NetworkAdaptationUbuntuTest,
                                        public testing::WithParamInterface<Mapping> {};

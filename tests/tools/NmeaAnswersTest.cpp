@@ -239,11 +239,11 @@ std::string nameOf(const ::testing::TestParamInfo<Log>& info) {
 
 INSTANTIATE_TEST_SUITE_P(Logs, NmeaAnswers, ::testing::ValuesIn(kLogs), nameOf);
 
-class NmeaEllipses : public ::testing::TestWithParam<const char*> {};
+class NmeaEllipses : public ::testing::TestWithParam<std::string> {};
 
 // The compact form has axes in whole metres, from 1 up, and angles and heights in single precision.
 TEST_P(NmeaEllipses, AreThoseOfTheAnswers) {
-  const Log log{GetParam(), 0};
+  const Log log{GetParam().c_str(), 0};
   std::map<long long, json> ellipses;
   for (const json& line : readLines(std::string("nmea/") + log.name + ".gst.json")) {
     ellipses[*secondIn(line, 0)] = line;

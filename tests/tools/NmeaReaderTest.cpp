@@ -1,5 +1,6 @@
 #include "tools/trelvo/NmeaReader.h"
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -161,6 +162,8 @@ struct LogCount {
   size_t good;
   unsigned long long bad;
 };
+
+void PrintTo(const LogCount& log, std::ostream* out) { *out << log.name; }
 
 class NmeaReaderOnLogs : public ::testing::TestWithParam<LogCount> {};
 
