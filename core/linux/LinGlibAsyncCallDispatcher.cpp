@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <mutex>
+#include <optional>
 
 #include "core/DispatchFrame.h"
 #include "core/linux/ThreadDispatchers.h"
@@ -19,6 +20,39 @@ std::mutex gSources;
 bool isLive(const GPollFD& node) { return node.events != 0; }
 
 bool isReadable(const GPollFD& node) { return isLive(node) && node.revents == G_IO_IN; }
+
+/// Ends a turn of the default main context in time, in the place of a dispatcher's own source that
+/// has left it. It is never dispatched, so that the turn counts as idle.
+class Timekeeper {
+ public:
+  explicit Timekeeper(int timeoutMs) : m_source(g_source_new(&kFuncs, sizeof(Clock))) {
+    reinterpret_cast<Clock*>(m_source)->timeoutMs = timeoutMs;
+    g_source_attach(m_source, nullptr);
+  }
+  ~Timekeeper() {
+    g_source_destroy(m_source);
+    g_source_unref(m_source);
+  }
+  Timekeeper(const Timekeeper&) = delete;
+  Timekeeper& operator=(const Timekeeper&) = delete;
+
+ private:
+  struct Clock {
+    GSource base;
+    gint timeoutMs;
+  };
+
+  static gboolean prepare(GSource* source, gint* timeout) {
+    *timeout = reinterpret_cast<Clock*>(source)->timeoutMs;
+    return FALSE;
+  }
+
+  static GSourceFuncs kFuncs;
+
+  GSource* m_source;
+};
+
+GSourceFuncs Timekeeper::kFuncs = {prepare, nullptr, nullptr, nullptr, nullptr, nullptr};
 
 }  // namespace
 
@@ -97,6 +131,10 @@ bool LinGlibAsyncCallDispatcher::sleep() { return sleep(-1) == 1; }
 
 int LinGlibAsyncCallDispatcher::sleep(int timeoutMs) {
   const DispatchFrame frame(*this);
+  std::optional<Timekeeper> timekeeper;
+  if (!inContext()) {
+    timekeeper.emplace(timeoutMs);
+  }
   m_sleepTimeout.store(timeoutMs, std::memory_order_relaxed);
   const gboolean dispatched = g_main_context_iteration(nullptr, TRUE);
   m_sleepTimeout.store(-1, std::memory_order_relaxed);

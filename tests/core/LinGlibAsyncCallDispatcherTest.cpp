@@ -234,6 +234,54 @@ TEST_F(LinGlibDispatcher, TurnInWhichAllSinksThrewEndsIt) {
   EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink)) << "to no effect";
 }
 
+TEST_F(LinGlibDispatcher, SleepKeepsItsTimeEvenWhenTheTurnInWhichAllSinksThrewHasEndedIt) {
+  const Channel channel;
+  Sink sink([](const pollfd&) { throw 1; });
+  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
+  channel.ring();
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  dispatcher->interruptSleep();
+  EXPECT_EQ(dispatcher->sleep(0), 0) << "nothing runs, and it does not wait for ever";
+  EXPECT_EQ(dispatcher->sleep(5), 0);
+  g_idle_add([](gpointer /*data*/) -> gboolean { return G_SOURCE_REMOVE; }, nullptr);
+  EXPECT_EQ(dispatcher->sleep(-1), 1) << "what else is in the context still runs";
+  dispatcher->detachPollSink(channel.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, TheCallersEventsAreNotLookedAt) {
+  const Channel channel;
+  int events = 0;
+  Sink sink([&](const pollfd&) { events += channel.answer() ? 1 : 0; });
+  EXPECT_TRUE(dispatcher->attachPollSink({channel.reader(), POLLOUT, 0}, &sink));
+  EXPECT_EQ(dispatcher->sleep(0), 0) << "writable does not count";
+  channel.ring();
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(events, 1);
+  dispatcher->detachPollSink(channel.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, DescriptorThatHangsUpIsNotServedEvenWithBytesLeft) {
+  Channel channel;
+  Sink sink([](const pollfd&) { FAIL() << "not readable alone"; });
+  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
+  channel.ring();
+  channel.closeWriter();
+  EXPECT_EQ(dispatcher->sleep(-1), 0);
+  int calls = 0;
+  dispatcher->queueAsyncCall(countUp, &calls);
+  EXPECT_EQ(dispatcher->sleep(-1), 1) << "others are served all the same";
+  EXPECT_EQ(calls, 1);
+  dispatcher->detachPollSink(channel.descriptor());
+}
+
+TEST_F(LinGlibDispatcher, CallPostedByACallRunsInTheSameSleep) {
+  int calls = 0;
+  std::function<void()> body = [&] { dispatcher->queueAsyncCall(countUp, &calls); };
+  dispatcher->queueAsyncCall(test::run, &body);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_F(LinGlibDispatcher, NestedSleepServesOthersButNotItself) {
   int calls = 0;
   std::function<void()> nest = [&] {

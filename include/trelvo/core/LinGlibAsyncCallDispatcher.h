@@ -18,8 +18,12 @@ namespace trelvo::core {
 /// All dispatchers of this kind share the one default context, so the callbacks of each run on the
 /// thread that runs the context, whichever thread made it. Use the poll form on further threads.
 ///
+/// GLib does not enter a source twice: a sleep, or a further main loop, inside a callback runs what
+/// else is in the context, but none of this dispatcher's calls, descriptors and timers.
+///
 /// Where all the sinks that were to be served together threw, GLib takes the dispatcher out of the
-/// context, and nothing runs any more.
+/// context: none of its calls and descriptors are served any more. Its sleeps still keep their
+/// time, and its main loop can be stopped.
 class TRELVO_EXPORT LinGlibAsyncCallDispatcher : public LinAsyncCallDispatcher {
  public:
   LinGlibAsyncCallDispatcher() = default;
