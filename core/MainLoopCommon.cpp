@@ -47,7 +47,7 @@ MainLoopCommon* MainLoopCommon::createMainLoop(
 gom::SharedPointer<IAsyncCallDispatcher> MainLoopCommon::dispatcher() const { return m_dispatcher; }
 
 Status MainLoopCommon::start(const gom::SharedPointer<ISemaphore>& started) {
-  if (isRunning()) {
+  if (isRunning() || !m_dispatcher) {
     return StatusWrongState;
   }
   setRunning(true);
@@ -66,7 +66,9 @@ void MainLoopCommon::stop() {
   }
   if (m_self.m_value != nullptr) {
     setRunning(false);
-    m_dispatcher->interruptSleep();
+    if (m_dispatcher) {
+      m_dispatcher->interruptSleep();
+    }
   }
   m_self.unlock();
 }

@@ -24,6 +24,9 @@ bool LinGlibMainLoop::initialize(const gom::SharedPointer<IAsyncCallDispatcher>&
 }
 
 Status LinGlibMainLoop::start() {
+  if (m_loop == nullptr) {
+    return StatusWrongState;
+  }
   setRunning(true);
   g_main_loop_run(m_loop);
   return StatusOk;
@@ -32,7 +35,9 @@ Status LinGlibMainLoop::start() {
 // The last call is for the inherited start(): without it, a turn of the context that begins between
 // the first two would not end before its time.
 void LinGlibMainLoop::stop() {
-  g_main_loop_quit(m_loop);
+  if (m_loop != nullptr) {
+    g_main_loop_quit(m_loop);
+  }
   setRunning(false);
   g_main_context_wakeup(nullptr);
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <thread>
 
+#include <trelvo/core/LinAsyncCallDispatcher.h>
 #include <trelvo/core/LinGlibMainLoop.h>
 #include <trelvo/core/LinPollMainLoop.h>
 #include <trelvo/core/MainLoopCommon.h>
@@ -256,6 +257,102 @@ TEST(LinGlibMainLoop, StartWithoutArgumentsRunsAGMainLoop) {
     dispatcher->queueAsyncCall(test::run, &body);
     EXPECT_EQ(loop->start(nullptr), StatusOk) << "the inherited form is not hidden";
   });
+}
+
+TEST(LinGlibMainLoop, NestedInACallOfAnotherIsStoppedByAnotherThread) {
+  onFreshThread([] {
+    const auto outer = MainLoop::create(kGlib);
+    const auto inner = MainLoop::create(kNone);
+    const auto started = ISemaphore::create(0, 1);
+    int calls = 0;
+    int callsInside = -1;
+    std::thread other([&] {
+      ASSERT_TRUE(started->wait());
+      inner->stop();
+    });
+    std::function<void()> body = [&] {
+      outer->dispatcher()->queueAsyncCall(countUp, &calls);
+      EXPECT_EQ(inner->start(started), StatusOk);
+      callsInside = calls;
+      EXPECT_TRUE(outer->isRunning());
+      outer->stop();
+    };
+    outer->dispatcher()->queueAsyncCall(test::run, &body);
+    EXPECT_EQ(outer->start(nullptr), StatusOk);
+    other.join();
+    EXPECT_EQ(callsInside, 0) << "GLib does not enter a source twice";
+    EXPECT_EQ(calls, 1);
+  });
+}
+
+/// A dispatcher that GLib has dropped, because its only sink to be served threw.
+class DroppedByGlib : public ::testing::Test {
+ protected:
+  DroppedByGlib() {
+    m_linDispatcher->attachPollSink(m_channel.descriptor(), &m_sink);
+    m_channel.ring();
+    m_dispatcher->sleep(-1);
+  }
+  ~DroppedByGlib() override { m_linDispatcher->detachPollSink(m_channel.descriptor()); }
+
+  gom::SharedPointer<IAsyncCallDispatcher> m_dispatcher = Dispatchers::openLinGlibAsyncDispatcher();
+  std::unique_ptr<LinGlibMainLoop> m_loop{LinGlibMainLoop::create(m_dispatcher)};
+
+ private:
+  LinAsyncCallDispatcher* m_linDispatcher =
+      dynamic_cast<LinAsyncCallDispatcher*>(m_dispatcher.get());
+  test::Channel m_channel;
+  test::Sink m_sink{[](const pollfd&) { throw StatusFailed; }};
+};
+
+TEST_F(DroppedByGlib, LoopEndsByAStopFromAnotherThread) {
+  const auto started = ISemaphore::create(0, 1);
+  std::thread other([&] {
+    ASSERT_TRUE(started->wait());
+    m_loop->stop();
+  });
+  EXPECT_EQ(m_loop->start(started), StatusOk);
+  other.join();
+  EXPECT_FALSE(m_loop->isRunning());
+}
+
+TEST_F(DroppedByGlib, LoopThatRunsAGMainLoopEndsByAStopFromAnotherThread) {
+  const auto up = ISemaphore::create(0, 1);
+  g_idle_add(
+      [](gpointer semaphore) -> gboolean {
+        static_cast<ISemaphore*>(semaphore)->signal(1, nullptr);
+        return G_SOURCE_REMOVE;
+      },
+      up.get());
+  std::thread other([&] {
+    ASSERT_TRUE(up->wait());
+    m_loop->stop();
+  });
+  EXPECT_EQ(m_loop->start(), StatusOk);
+  other.join();
+  EXPECT_FALSE(m_loop->isRunning());
+}
+
+TEST_F(DroppedByGlib, LoopSeesWithinASecondThatItWasStoppedWithoutAWakeUp) {
+  std::thread other([&] {
+    while (!m_loop->isRunning()) std::this_thread::yield();
+    m_loop->MainLoopCommon::stop();  // posts a call, which reaches nobody
+  });
+  EXPECT_EQ(m_loop->start(nullptr), StatusOk);
+  other.join();
+}
+
+TEST(MainLoopCommon, WithoutADispatcherItCannotRun) {
+  LinPollMainLoop polling;
+  EXPECT_EQ(polling.start(nullptr), StatusWrongState);
+  EXPECT_FALSE(polling.isRunning());
+  polling.stop();
+  EXPECT_FALSE(polling.dispatcher());
+  LinGlibMainLoop glib;
+  EXPECT_EQ(glib.start(nullptr), StatusWrongState);
+  EXPECT_EQ(glib.start(), StatusWrongState);
+  glib.stop();
+  EXPECT_FALSE(glib.isRunning());
 }
 
 }  // namespace trelvo::core

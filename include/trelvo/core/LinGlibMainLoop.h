@@ -27,7 +27,8 @@ class TRELVO_EXPORT LinGlibMainLoop : public MainLoopCommon {
   void stop() override;
 
   /// Runs the GMainLoop until stop(), without looking whether the loop is running already. Posted
-  /// calls run in it, as the dispatcher lives in the same context. @return StatusOk.
+  /// calls run in it, as the dispatcher lives in the same context.
+  /// @return StatusOk, or StatusWrongState, at once, before initialize() was called.
   virtual Status start();
 
  private:

@@ -18,8 +18,9 @@ class MainLoopCommon;
 ///     const auto loop = MainLoop::create(AsyncCallDispatcher::MainLoopTypeLinPoll);
 ///     loop->start(nullptr);  // returns after loop->stop(), which any thread may call
 ///
-/// Loops made on one thread share its dispatcher: a callback may start another one and stop it
-/// again.
+/// Loops made on one thread share its dispatcher: a callback may start another one. In a poll loop
+/// posted calls go on in it; in a GLib loop they wait for the outer one, so that another thread, or
+/// something else in the context, has to stop it.
 ///
 /// Threads: create() and start() belong to one thread; stop(), isRunning() and dispatcher() may be
 /// called on any. The loop must outlive its start().

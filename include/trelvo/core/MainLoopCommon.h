@@ -28,7 +28,8 @@ class TRELVO_EXPORT MainLoopCommon {
 
   /// Runs the loop until stop(). A stop whose wake-up was lost is seen within a second.
   /// @param started gets one token when the loop is up; may be empty.
-  /// @return StatusOk when the loop was stopped; StatusWrongState, at once, when it was running.
+  /// @return StatusOk when the loop was stopped; StatusWrongState, at once, when it was running or
+  ///         has no dispatcher.
   virtual Status start(const gom::SharedPointer<ISemaphore>& started);
 
   /// Ends the loop, or, when it is not running, wakes its dispatcher up. A start() that has not got
@@ -38,7 +39,7 @@ class TRELVO_EXPORT MainLoopCommon {
   /// Whether the loop is between start() and stop().
   virtual bool isRunning() const;
 
-  /// Takes a reference to the dispatcher. @return true.
+  /// Takes a reference to the dispatcher, once and before all else. @return true.
   bool initialize(const gom::SharedPointer<IAsyncCallDispatcher>& dispatcher);
 
   /// A new loop of that kind over the dispatcher, which the caller deletes; null when there is no
