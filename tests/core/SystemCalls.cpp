@@ -164,6 +164,11 @@ int __wrap_pthread_mutex_timedlock(pthread_mutex_t* mutex, const timespec* deadl
   return answer(SystemCall::MutexTimedlock, __real_pthread_mutex_timedlock, mutex, deadline);
 }
 
+int __real_pthread_mutex_trylock(pthread_mutex_t* mutex);
+int __wrap_pthread_mutex_trylock(pthread_mutex_t* mutex) {
+  return answer(SystemCall::MutexTrylock, __real_pthread_mutex_trylock, mutex);
+}
+
 int __real_pthread_mutexattr_destroy(pthread_mutexattr_t* attr);
 int __wrap_pthread_mutexattr_destroy(pthread_mutexattr_t* attr) {
   return answer(SystemCall::MutexattrDestroy, __real_pthread_mutexattr_destroy, attr);

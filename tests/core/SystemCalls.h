@@ -29,6 +29,7 @@ enum class SystemCall {
   MutexInit,
   MutexLock,
   MutexTimedlock,
+  MutexTrylock,
   MutexattrDestroy,
   MutexattrInit,
   MutexattrSettype,
