@@ -29,7 +29,7 @@ LinAsyncCallDispatcher::~LinAsyncCallDispatcher() {
 
 bool LinAsyncCallDispatcher::baseInit() {
   int fds[2] = {-1, -1};
-  if (socketpair(AF_UNIX, SOCK_SEQPACKET, 0, fds) != 0) {
+  if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, fds) != 0) {
     return false;
   }
   const int readFd = awayFromZero(fds[0]);

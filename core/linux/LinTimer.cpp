@@ -63,7 +63,8 @@ bool LinTimer::init() {
   }
   // A read must not wait: another thread that runs the default main context of GLib may find the
   // timer expired just before its own thread arms it anew.
-  m_timerFd = std::max(awayFromZero(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK)), 0);
+  m_timerFd =
+      std::max(awayFromZero(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)), 0);
   return m_timerFd != 0 && m_linDispatcher->attachPollSink({m_timerFd, POLLIN, 0}, this);
 }
 
