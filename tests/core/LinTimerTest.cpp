@@ -287,6 +287,19 @@ TEST(LinTimer, WithoutADescriptorNothingWorks) {
   EXPECT_EQ(timer.stop(), StatusWrongState);
 }
 
+TEST(LinTimer, WithoutADescriptorItTellsTheTimeProviderOfItsEndAllTheSame) {
+  Registry::Log log;
+  ITime::setTimeProvider(new Registry(log));
+  Observer observer;
+  const ITimer* plain = nullptr;
+  {
+    const LinTimer timer(&observer);
+    plain = &timer;
+  }
+  EXPECT_THAT(log.unregistered, ElementsAre(plain));
+  ITime::setTimeProvider(nullptr);
+}
+
 TEST(LinTimer, WithoutAnObserverThereIsNone) {
   EXPECT_FALSE(ITimer::create(nullptr));
   onFreshThread([] {

@@ -85,7 +85,12 @@ std::string nameOf(const void* object) {
   Dl_info info = {};
   const bool exact = dladdr(object, &info) != 0 && info.dli_saddr == object;
   const std::string symbol = exact && info.dli_sname != nullptr ? info.dli_sname : "";
-  return symbol.find("Directory") != std::string::npos ? "directory" : "";
+  for (const char* const path : {"m_preinstalledFilesPath", "m_defaultStoragePath"}) {
+    if (symbol.find(path) != std::string::npos) {
+      return path;
+    }
+  }
+  return "";
 }
 
 std::vector<std::string> startUp() {
@@ -106,9 +111,10 @@ std::vector<std::string> startUp() {
 const std::vector<std::string> kStartUp = startUp();
 
 TEST(StartUp, GoesFromTheConnectionManagerToTheLoggingMutex) {
-  EXPECT_EQ(kStartUp, (std::vector<std::string>{
-                          "connection manager", "cryptography", "time provider", "dispatcher slot",
-                          "dispatcher slot", "directory", "directory", "logging mutex"}));
+  EXPECT_EQ(kStartUp, (std::vector<std::string>{"connection manager", "cryptography",
+                                                "time provider", "dispatcher slot",
+                                                "dispatcher slot", "m_preinstalledFilesPath",
+                                                "m_defaultStoragePath", "logging mutex"}));
 }
 
 }  // namespace
