@@ -31,12 +31,14 @@ class TRELVO_EXPORT CryptoLog : public ICryptoLog {
   bool started() const noexcept { return m_started; }
 
   /// Adds `text`, NUL-terminated, to the log; nothing is added to it. Null counts as empty. A
-  /// failure is not told: see flush().
+  /// failure is not told.
   void puts(const char* text) override;
 
   /// Brings everything written so far to the system, in a form that can be decrypted even when
   /// nothing follows. It costs about 5 bytes, and some compression.
-  /// @return true when the encrypted file was flushed.
+  /// @return what the flush of the encrypted file says: false on a disk that is full. It knows
+  ///         nothing of bytes that an earlier, passing failure has lost; what had been flushed ahead
+  ///         of that stays readable.
   bool flush() override;
 
  private:

@@ -58,7 +58,8 @@ class TRELVO_EXPORT DebugCommon {
   /// the ILog. When standard output is among the files it is closed as well: what was written is
   /// flushed, a reader at its other end sees the end, and what the process prints later is lost. It
   /// is left open on /dev/null, so that stdout stays a valid stream, for printing and for a later
-  /// instance, and its descriptor is not handed to the next file that is opened.
+  /// instance, and its descriptor is not handed to the next file that is opened. Logging to the
+  /// file "/dev/stdout" in place of "console" leaves it alone.
   virtual ~DebugCommon();
 
   DebugCommon(const DebugCommon&) = delete;

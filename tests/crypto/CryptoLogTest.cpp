@@ -208,6 +208,10 @@ TEST(CryptoLogDecrypt, AProtectedKeyWantsItsPassPhrase) {
       ICryptoLog::decrypt(path.c_str(), text.c_str(), key.c_str(), Secret::create("not that")),
       StatusKeyFailure);
   EXPECT_FALSE(exists(text));
+  EXPECT_EQ(
+      ICryptoLog::decrypt(path.c_str(), text.c_str(), key.c_str(), Secret::create("open sesame")),
+      StatusOk);
+  EXPECT_EQ(bytesOfFile(text), bytes("74 65 78 74"));  // "text"
 }
 
 TEST(CryptoLogDecrypt, AKeyBlockUnder32BytesGivesKeyFailure) {

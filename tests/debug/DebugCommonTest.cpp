@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <cstring>
-
 #include "tests/debug/Logging.h"
+#include "tests/support/VirtualSlot.h"
 
 using trelvo::Debug;
 using trelvo::DebugCommon;
@@ -13,20 +11,13 @@ using trelvo::test::Connected;
 using trelvo::test::LogDirectory;
 using trelvo::test::logged;
 using trelvo::test::Logging;
+using trelvo::test::slot;
 using trelvo::test::TestLog;
 using trelvo::test::TestPlatform;
 
 namespace {
 
 constexpr const char* kTime = "2023-11-14 22:13:20";
-
-/// Where an operation stands in the table of virtual functions; the two destructors are 0 and 1.
-template <class Operation>
-std::uintptr_t slot(Operation operation) {
-  std::uintptr_t first = 0;
-  std::memcpy(&first, &operation, sizeof first);
-  return first / sizeof(void*);
-}
 
 /// Writes down which of its operations are called.
 class Watched : public TestPlatform {

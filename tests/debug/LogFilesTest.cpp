@@ -38,16 +38,19 @@ class PipedOutput {
     m_readEnd = ends[0];
     m_saved = dup(STDOUT_FILENO);
     dup2(ends[1], STDOUT_FILENO);
-    close(ends[1]);
+    ::close(ends[1]);
   }
   ~PipedOutput() {
     std::fflush(stdout);
     dup2(m_saved, STDOUT_FILENO);
-    close(m_saved);
-    close(m_readEnd);
+    ::close(m_saved);
+    ::close(m_readEnd);
   }
   PipedOutput(const PipedOutput&) = delete;
   PipedOutput& operator=(const PipedOutput&) = delete;
+
+  /// Ends it.
+  void close() const { dup2(m_saved, STDOUT_FILENO); }
 
   /// All that was printed, up to the end: that comes only when nobody can print any more.
   std::string untilEnd() const {
@@ -225,6 +228,20 @@ TEST(StandardOutput, StaysAValidStreamAndKeepsItsDescriptor) {
   EXPECT_NE(next, STDOUT_FILENO);
   close(next);
   EXPECT_EQ(output.untilEnd(), logged("core        ", "text\n"));
+}
+
+TEST(StandardOutput, StaysOpenWhenItIsNamedAsAFile) {
+  const PipedOutput output;
+  {
+    TestPlatform platform;
+    platform.m_defaultSetting = {1, platform.addLogFile("/dev/stdout"), "/dev/stdout"};
+    ASSERT_NE(platform.m_defaultSetting.file, nullptr);
+    platform.writeLogEll(Debug::LogLevelNote, false, "core", "text\n");
+  }
+  std::printf("printed\n");
+  std::fflush(stdout);
+  output.close();
+  EXPECT_EQ(output.untilEnd(), logged("core        ", "text\n") + "printed\n");
 }
 
 TEST(StandardOutput, StaysOpenWhenNothingLogsToIt) {
