@@ -1,4 +1,3 @@
-#include <memory>
 #include <new>
 
 #include <zlib.h>
@@ -19,12 +18,18 @@ namespace {
 constexpr unsigned int kInputSize = 0x20000;
 constexpr unsigned int kOutputSize = 0x40000;
 
+/// Room for decrypted bytes, wiped at the end. Throws std::bad_alloc.
+class Room : public WipedBuffer {
+ public:
+  explicit Room(unsigned int size) { fill(0, size); }
+};
+
 /// Decompresses into a file.
 class Inflater {
  public:
   explicit Inflater(core::IFile& target)
       : m_target(target),
-        m_output(new unsigned char[kOutputSize]),
+        m_output(kOutputSize),
         m_stream(),
         m_started(inflateInit_(&m_stream, ZLIB_VERSION, static_cast<int>(sizeof m_stream)) ==
                   Z_OK) {}
@@ -43,11 +48,11 @@ class Inflater {
     m_stream.next_in = input;
     m_stream.avail_in = size;
     do {
-      m_stream.next_out = m_output.get();
+      m_stream.next_out = m_output.data();
       m_stream.avail_out = kOutputSize;
       const int result = inflate(&m_stream, Z_NO_FLUSH);
       const unsigned int produced = kOutputSize - m_stream.avail_out;
-      if (m_target.write(m_output.get(), produced) != produced) {
+      if (m_target.write(m_output.data(), produced) != produced) {
         return StatusFileError;
       }
       if (isDamage(result)) {
@@ -64,7 +69,7 @@ class Inflater {
   }
 
   core::IFile& m_target;
-  std::unique_ptr<unsigned char[]> m_output;
+  Room m_output;
   z_stream m_stream;
   bool m_started;
 };
@@ -81,13 +86,13 @@ Status readHead(core::IFile& file, Buffer& head) {
 
 /// Decompresses all of `body`. The end may come anywhere: the writer may have died.
 Status inflateAll(ICryptoFile& body, Inflater& inflater) {
-  const std::unique_ptr<unsigned char[]> input(new unsigned char[kInputSize]);
+  Room input(kInputSize);
   while (true) {
-    const unsigned int got = body.read(input.get(), kInputSize);
+    const unsigned int got = body.read(input.data(), kInputSize);
     if (got < kInputSize && !body.eof()) {
       return StatusFileError;
     }
-    const Status status = got != 0 ? inflater.take(input.get(), got) : StatusOk;
+    const Status status = got != 0 ? inflater.take(input.data(), got) : StatusOk;
     if (status != StatusOk || got == 0) {
       return status;
     }

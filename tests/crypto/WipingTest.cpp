@@ -12,6 +12,7 @@
 #include <utility>
 
 #include <trelvo/CryptoLinux.h>
+#include <trelvo/ICryptoLog.h>
 #include <trelvo/ICryptographyUtility.h>
 #include <trelvo/core/Directory.h>
 
@@ -216,6 +217,23 @@ TEST(Wiping, PassPhraseAndDecryptedBlockOfRsaAreWiped) {
       OPENSSL_cleanse(output.data(), output.size());  // it is the caller's
     }
   }
+}
+
+TEST(Wiping, ALogThatWasReadLeavesNeitherItsKeyNorItsText) {
+  const TemporaryFolder folder;
+  const std::string golden = std::string(TRELVO_TEST_DATA) + "/crypto/golden/";
+  const std::string log = golden + "complete.slog";
+  const std::string key = golden + "private.pem";
+  const std::string text = folder.file("text");
+  const Bytes expected = readFile(golden + "complete.txt");
+  for (const Bytes& needle :
+       {bytes("000102030405060708090a0b0c0d0e0f"), bytes("f0f1f2f3f4f5f6f7f8f9fafb"),
+        Bytes(expected.begin() + 20, expected.begin() + 80)}) {
+    const Search search(needle);
+    ASSERT_EQ(ICryptoLog::decrypt(log.c_str(), text.c_str(), key.c_str(), {}), StatusOk);
+    EXPECT_EQ(search.found(), 0);
+  }
+  EXPECT_EQ(readFile(text), expected);
 }
 
 TEST(Wiping, SeedAndKeyOfAStoreAreWiped) {
