@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <set>
@@ -37,8 +38,9 @@ class IMutex;
 /// Threads: any number of clients, the service's signal thread, and the thread of the main context.
 /// Two locks. The mutex of the observers is recursive and held during their calls, so an observer
 /// may call back. The mutex of the state and the characteristics is held for no call, so neither
-/// the service's thread nor a client that asks ever waits for an observer. Order: the observers'
-/// mutex, then the service's own locks, then the mutex of the state.
+/// the service's thread nor a client that asks ever waits for an observer. The service is reached
+/// and left, and its slots are connected and disconnected, with neither held, unless an observer
+/// does that inside its call.
 class TRELVO_EXPORT NetworkAdaptationUbuntu : public INetworkAdaptation {
  public:
   /// Throws StatusOutOfMemory when the mutex cannot be made.
@@ -89,16 +91,18 @@ class TRELVO_EXPORT NetworkAdaptationUbuntu : public INetworkAdaptation {
   using Characteristics = com::ubuntu::location::connectivity::Characteristics;
   using Manager = com::ubuntu::location::connectivity::Manager;
   struct QueuedUpdate;
+  struct Link;
 
   bool knowsIdleCellular() const;
+  bool join(IConnectionObserver& observer);
   bool connectToPlatform();
-  void connectSlots();
-  std::shared_ptr<Manager> disconnectFromPlatform();
+  void connectSlots(Link& link);
+  void keepLink(Link& link);
+  void swapLink(Link& link);
   void readPresentValues();
-  void keepValues(State state, Characteristics characteristics);
   bool keepValuesUnlessNewer(unsigned int seen, State state, Characteristics characteristics);
-  void stateChanged(State state);
-  void characteristicsChanged(Characteristics characteristics);
+  void stateChanged(unsigned int link, State state);
+  void characteristicsChanged(unsigned int link, Characteristics characteristics);
   unsigned int changeCount() const;
   bool tellObservers();
   void tellAll(const ConnectionInfo& now);
@@ -114,11 +118,13 @@ class TRELVO_EXPORT NetworkAdaptationUbuntu : public INetworkAdaptation {
   core::IMutex* m_mutex = nullptr;  // owned, recursive
   std::vector<::core::Connection> m_connections;
 
-  // Guards m_state, m_characteristics, m_changeCount and m_queuedSource.
+  // Guards m_state, m_characteristics, m_link, m_changeCount and m_queuedSource.
   mutable std::mutex m_valueMutex;
-  unsigned int m_changeCount = 0;   // news from the service so far
-  unsigned int m_queuedSource = 0;  // the source of the update that is queued; 0 when none is
+  unsigned int m_link = 0;               // the link whose slots are listened to; 0 without one
+  unsigned int m_changeCount = 0;        // news from the service so far
+  std::shared_ptr<void> m_queuedSource;  // GSource: of the update that is queued, if one is
   std::shared_ptr<QueuedUpdate> m_queuedUpdate;
+  std::atomic<unsigned int> m_linkCount{0};
 };
 
 }  // namespace trelvo

@@ -1,6 +1,7 @@
 #include <trelvo/NetworkAdaptationUbuntu.h>
 
 #include <exception>
+#include <utility>
 
 #include <glib.h>
 
@@ -65,13 +66,16 @@ std::mutex gHandOver;
 struct NetworkAdaptationUbuntu::QueuedUpdate {
   using Holder = std::shared_ptr<QueuedUpdate>;
 
-  static unsigned int queue(const Holder& update) {
+  static std::shared_ptr<GSource> queue(const Holder& update) {
+    const std::shared_ptr<GSource> source(g_timeout_source_new(0), g_source_unref);
     Holder* holder = nullptr;
     {
       const std::lock_guard<std::mutex> lock(gHandOver);
       holder = new Holder(update);
     }
-    return g_timeout_add_full(G_PRIORITY_DEFAULT, 0, run, holder, drop);
+    g_source_set_callback(source.get(), run, holder, drop);
+    g_source_attach(source.get(), nullptr);
+    return source;
   }
 
   static gboolean run(gpointer data) {
@@ -87,7 +91,7 @@ struct NetworkAdaptationUbuntu::QueuedUpdate {
   static gboolean runFor(NetworkAdaptationUbuntu& adaptation) {
     {
       const ValueLock lock(adaptation.m_valueMutex);
-      adaptation.m_queuedSource = 0;
+      adaptation.m_queuedSource.reset();
     }
     try {
       return connectionStateUpdated(&adaptation);
@@ -108,6 +112,21 @@ struct NetworkAdaptationUbuntu::QueuedUpdate {
   NetworkAdaptationUbuntu* adaptation = nullptr;
 };
 
+/// A hold on the platform: its manager, and the slots there. Letting go waits for a slot that is
+/// being called, and for the manager's thread.
+struct NetworkAdaptationUbuntu::Link {
+  Link() = default;
+  ~Link() {
+    for (::core::Connection& connection : connections) connection.disconnect();
+  }
+  Link(const Link&) = delete;
+  Link& operator=(const Link&) = delete;
+
+  unsigned int number = 0;
+  std::shared_ptr<Manager> manager;
+  std::vector<::core::Connection> connections;
+};
+
 NetworkAdaptationUbuntu::NetworkAdaptationUbuntu()
     : m_queuedUpdate(std::make_shared<QueuedUpdate>()) {
   m_queuedUpdate->adaptation = this;
@@ -116,13 +135,16 @@ NetworkAdaptationUbuntu::NetworkAdaptationUbuntu()
 }
 
 NetworkAdaptationUbuntu::~NetworkAdaptationUbuntu() {
-  disconnectFromPlatform();
-  unsigned int source = 0;
+  {
+    Link link;
+    swapLink(link);
+  }
+  std::shared_ptr<void> source;
   {
     const ValueLock lock(m_valueMutex);
     source = m_queuedSource;
   }
-  if (source != 0) g_source_remove(source);
+  if (source != nullptr) g_source_destroy(static_cast<GSource*>(source.get()));
   m_queuedUpdate->forgetAdaptation();
   delete m_mutex;
 }
@@ -170,53 +192,79 @@ Status NetworkAdaptationUbuntu::closeConnection(const ConnectionInfo&) { return 
 bool NetworkAdaptationUbuntu::isNetworkingEnabled() const { return true; }
 
 Status NetworkAdaptationUbuntu::subscribe(IConnectionObserver& observer) {
-  {
-    const ObserverLock lock(*m_mutex);
-    if (m_manager == nullptr && !connectToPlatform()) return StatusFailed;
-    m_observers.insert(&observer);
+  while (!join(observer)) {
+    if (!connectToPlatform()) return StatusFailed;
   }
   connectionStateUpdated(this);
   return StatusOk;
 }
 
+/// Adds `observer`, where there is a link to the platform.
+bool NetworkAdaptationUbuntu::join(IConnectionObserver& observer) {
+  const ObserverLock lock(*m_mutex);
+  if (m_manager == nullptr) return false;
+  m_observers.insert(&observer);
+  return true;
+}
+
 Status NetworkAdaptationUbuntu::unsubscribe(IConnectionObserver& observer) {
-  // The platform's manager may wait for its thread when it goes: behind the lock.
-  std::shared_ptr<Manager> manager;
+  Link link;  // goes behind the lock
   const ObserverLock lock(*m_mutex);
   m_observers.erase(&observer);
-  if (m_observers.empty()) manager = disconnectFromPlatform();
+  if (m_observers.empty()) swapLink(link);
   return StatusOk;
 }
 
-// Connecting and disconnecting wait for a slot under way. That is safe with the observers' mutex
-// held, since slots take only the mutex of the values.
+// A signal calls its slots with its own lock held, and connecting and disconnecting want that lock:
+// both are done without the observers' mutex, which a slot of the application's may be waiting for.
 bool NetworkAdaptationUbuntu::connectToPlatform() {
   try {
-    keepValues(State::Unknown, Characteristics::None);
-    m_manager = connectivity::platform_default_manager();
-    if (m_manager == nullptr) return false;
-    connectSlots();
-    readPresentValues();
+    Link link;
+    link.manager = connectivity::platform_default_manager();
+    if (link.manager == nullptr) return false;
+    connectSlots(link);
+    keepLink(link);
     return true;
   } catch (const std::exception&) {
-    disconnectFromPlatform();
     return false;
   }
 }
 
-void NetworkAdaptationUbuntu::connectSlots() {
-  m_connections.reserve(2);
-  m_connections.push_back(
-      m_manager->state().changed().connect([this](State state) { stateChanged(state); }));
-  m_connections.push_back(m_manager->characteristics().changed().connect(
-      [this](Characteristics characteristics) { characteristicsChanged(characteristics); }));
+void NetworkAdaptationUbuntu::connectSlots(Link& link) {
+  const unsigned int number = link.number = ++m_linkCount;
+  link.connections.reserve(2);
+  link.connections.push_back(link.manager->state().changed().connect(
+      [this, number](State state) { stateChanged(number, state); }));
+  link.connections.push_back(link.manager->characteristics().changed().connect(
+      [this, number](Characteristics characteristics) {
+        characteristicsChanged(number, characteristics);
+      }));
 }
 
-std::shared_ptr<connectivity::Manager> NetworkAdaptationUbuntu::disconnectFromPlatform() {
-  for (::core::Connection& connection : m_connections) connection.disconnect();
-  m_connections.clear();
-  keepValues(State::Unknown, Characteristics::None);
-  return std::move(m_manager);
+/// Makes `link` the one that counts. Where another thread was quicker it stays the caller's, and
+/// goes with it.
+void NetworkAdaptationUbuntu::keepLink(Link& link) {
+  const ObserverLock lock(*m_mutex);
+  if (m_manager != nullptr) return;
+  swapLink(link);
+  try {
+    readPresentValues();
+  } catch (...) {
+    swapLink(link);
+    throw;
+  }
+}
+
+/// Exchanges the present link and `link`; the values begin anew. Slots of a link that is not the
+/// present one are not listened to.
+void NetworkAdaptationUbuntu::swapLink(Link& link) {
+  m_manager.swap(link.manager);
+  m_connections.swap(link.connections);
+  const ValueLock lock(m_valueMutex);
+  std::swap(m_link, link.number);
+  ++m_changeCount;
+  m_state = State::Unknown;
+  m_characteristics = Characteristics::None;
 }
 
 // Asked without the mutex of the values, which the service's thread may want meanwhile. Where a
@@ -237,13 +285,6 @@ unsigned int NetworkAdaptationUbuntu::changeCount() const {
   return m_changeCount;
 }
 
-void NetworkAdaptationUbuntu::keepValues(State state, Characteristics characteristics) {
-  const ValueLock lock(m_valueMutex);
-  ++m_changeCount;
-  m_state = state;
-  m_characteristics = characteristics;
-}
-
 bool NetworkAdaptationUbuntu::keepValuesUnlessNewer(unsigned int seen, State state,
                                                     Characteristics characteristics) {
   const ValueLock lock(m_valueMutex);
@@ -254,18 +295,21 @@ bool NetworkAdaptationUbuntu::keepValuesUnlessNewer(unsigned int seen, State sta
   return true;
 }
 
-void NetworkAdaptationUbuntu::stateChanged(State state) {
+void NetworkAdaptationUbuntu::stateChanged(unsigned int link, State state) {
   const ValueLock lock(m_valueMutex);
+  if (link != m_link) return;
   ++m_changeCount;
   m_state = state;
 }
 
 // One queued update is enough for any number of changes: it looks at the values when it runs.
-void NetworkAdaptationUbuntu::characteristicsChanged(Characteristics characteristics) {
+void NetworkAdaptationUbuntu::characteristicsChanged(unsigned int link,
+                                                     Characteristics characteristics) {
   const ValueLock lock(m_valueMutex);
+  if (link != m_link) return;
   ++m_changeCount;
   m_characteristics = characteristics;
-  if (m_queuedSource == 0) m_queuedSource = QueuedUpdate::queue(m_queuedUpdate);
+  if (m_queuedSource == nullptr) m_queuedSource = QueuedUpdate::queue(m_queuedUpdate);
 }
 
 int NetworkAdaptationUbuntu::connectionStateUpdated(void* self) {

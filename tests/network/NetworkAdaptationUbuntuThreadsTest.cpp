@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include <core/connection.h>
 #include <gtest/gtest.h>
 
 #include <trelvo/IConnectionObserver.h>
@@ -77,6 +78,61 @@ TEST_F(NetworkAdaptationUbuntuThreads, SubscribingAndLeavingWhileNewsComeNeverSt
   }
   for (std::thread& client : clients) client.join();
   for (SerialObserver& observer : observers) EXPECT_FALSE(observer.overlapped);
+}
+
+// The signal's lock is held while the slot wants that of the observers.
+TEST_F(NetworkAdaptationUbuntuThreads, ASlotOfTheApplicationsMayTellObserversWhileOthersComeAndGo) {
+  NetworkAdaptationUbuntu adaptation;
+  const ::core::ScopedConnection slot(
+      ScriptedPlatform::instance().manager->characteristics().changed().connect(
+          [&](auto) { NetworkAdaptationUbuntu::connectionStateUpdated(&adaptation); }));
+  const MainContextThread context;
+  const ServiceThread service(step);
+  SerialObserver observer;
+  for (int i = 0; i < 1000; ++i) {
+    EXPECT_EQ(adaptation.subscribe(observer), StatusOk);
+    EXPECT_EQ(adaptation.unsubscribe(observer), StatusOk);
+  }
+}
+
+TEST_F(NetworkAdaptationUbuntuThreads, AfterThePlatformWasLeftItsValuesAreGoneForGood) {
+  NetworkAdaptationUbuntu adaptation;
+  const MainContextThread context;
+  const ServiceThread service(step);
+  SerialObserver observer;
+  for (int i = 0; i < 500; ++i) {
+    adaptation.subscribe(observer);
+    adaptation.unsubscribe(observer);
+    ConnectionInfo info;
+    adaptation.getDataConnection(info);
+    EXPECT_FALSE(info.connected);
+  }
+}
+
+TEST_F(NetworkAdaptationUbuntuThreads, OfThreadsThatReachThePlatformAtOnceOneLinkStays) {
+  ScriptedPlatform& platform = ScriptedPlatform::instance();
+  platform.manager->set(70, 1);
+  std::atomic<int> waiting{0};
+  std::promise<void> go;
+  const std::shared_future<void> gone = go.get_future().share();
+  platform.whenAsked = [&] {
+    if (++waiting == 3) go.set_value();
+    gone.wait();
+  };
+  NetworkAdaptationUbuntu adaptation;
+  std::vector<SerialObserver> observers(3);
+  std::vector<std::thread> clients;
+  for (SerialObserver& observer : observers) {
+    clients.emplace_back([&] { EXPECT_EQ(adaptation.subscribe(observer), StatusOk); });
+  }
+  for (std::thread& client : clients) client.join();
+  EXPECT_EQ(platform.manager.use_count(), 2);
+  ConnectionInfo info;
+  platform.manager->set(70, 2);
+  adaptation.getDataConnection(info);
+  EXPECT_STREQ(info.name, "cellular");
+  for (SerialObserver& observer : observers) adaptation.unsubscribe(observer);
+  EXPECT_EQ(platform.manager.use_count(), 1);
 }
 
 TEST_F(NetworkAdaptationUbuntuThreads, AnObserverMayLeaveInsideItsCallWhileNewsCome) {
