@@ -77,6 +77,7 @@ TEST(HTTPChecksum, TheHeadIsTakenOffAnewUntilEnoughWasCounted) {
 
 TEST(HTTPChecksum, TheEndIsHeldAgainstTheCountedBytes) {
   expectCounted(4, 7, {"abcdefghij"}, "efg");
+  expectCounted(4, 7, {"abc", "defghij"}, "hij");
   expectCounted(4, 7, {"abcdefghij", "klmnopqr"}, "efg");
   expectCounted(4, 7, {"abcdefghijk", "lmnopqrst"}, "efg");
   expectCounted(2, 6, {"abcd", "efgh", "ijkl"}, "cdefgh");

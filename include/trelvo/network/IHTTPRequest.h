@@ -44,7 +44,8 @@ class TRELVO_EXPORT IHTTPRequest {
   };
 
   /// A request object for `server`: a host name or address, with ":port" where it is not 80. Asks
-  /// `manager` for a proxy, once, and uses it.
+  /// `manager` for a proxy, once, and uses it. Where it names none, libcurl's own rule holds: the
+  /// one in the environment variable http_proxy, if that is set.
   ///
   /// The caller deletes the result, and keeps `manager` alive until then.
   /// @return null when `manager` is null, memory runs out or libcurl cannot start.
