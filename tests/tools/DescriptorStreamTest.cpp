@@ -64,6 +64,19 @@ Bytes readAll(DescriptorStream& stream, unsigned int step) {
   }
 }
 
+TEST(DescriptorStream, ReadSomeWaitsForTheFirstByteOnly) {
+  Pipe pipe;
+  DescriptorStream stream(pipe.readEnd.get());
+  Bytes part(10);
+  ASSERT_EQ(::write(pipe.writeEnd.get(), "abc", 3), 3);
+  EXPECT_EQ(stream.readSome(part.data(), 2), 2U);
+  EXPECT_EQ(stream.readSome(part.data(), 10), 1U);
+  EXPECT_EQ(part[0], 'c');
+  pipe.writeEnd.close();
+  EXPECT_EQ(stream.readSome(part.data(), 10), 0U);
+  EXPECT_EQ(stream.position(), 3U);
+}
+
 TEST(DescriptorStream, ReadsAFileInPiecesOfAnySize) {
   const Bytes content = numbered(200000);
   for (const unsigned int step : {1u, 7u, 4096u, 65536u, 65537u, 199999u, 300000u}) {

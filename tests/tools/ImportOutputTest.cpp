@@ -1,5 +1,6 @@
 #include "tools/trelvo/ImportOutput.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 #include <csignal>
 
@@ -90,6 +91,22 @@ TEST_F(ImportOutput, AFileThatCannotBeRenamedIsAnError) {
   OutputFile file(path("out"));
   fs::create_directories(path("out/x"));
   EXPECT_THROW(file.commit(), Failure);
+}
+
+TEST_F(ImportOutput, ANewFileHasTheSaidModeAndAReplacedOneHandsItsOn) {
+  const auto modeAfterWriting = [this](mode_t mode) {
+    OutputFile file(path("out"), mode);
+    file.commit();
+    return static_cast<mode_t>(fs::status(path("out")).permissions());
+  };
+  const mode_t before = ::umask(0022);
+  EXPECT_EQ(modeAfterWriting(kModePrivate), 0600U);
+  EXPECT_EQ(modeAfterWriting(kModeShared), 0600U);
+  fs::remove(path("out"));
+  EXPECT_EQ(modeAfterWriting(kModeShared), 0644U);
+  fs::permissions(path("out"), static_cast<fs::perms>(0666));
+  EXPECT_EQ(modeAfterWriting(kModePrivate), 0666U);
+  ::umask(before);
 }
 
 TEST_F(ImportOutput, TheVerifierAgreesWithTheSameContainers) {

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <trelvo/ICryptoFile.h>
@@ -5,6 +6,7 @@
 #include <trelvo/core/Directory.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <utility>
 
@@ -302,6 +304,22 @@ TEST_F(SealCommand, HelpHasExamplesAndTellsOfTheChecksumThatIsNotThere) {
     EXPECT_NE(outcome.out.find(std::string("  trelvo ") + command + " "), std::string::npos);
   }
   EXPECT_NE(runTool({"unseal", "--help"}).out.find("no checksum"), std::string::npos);
+}
+
+TEST_F(SealCommand, NothingIsWrittenWhereTheCounterWouldStartAgain) {
+  const Store store = openStoreForSealing({"store", keys()});
+  const UniqueFd descriptor(::open(path("sealed").c_str(), O_RDWR | O_CREAT, 0600));
+  DescriptorStream below(descriptor.get());
+  SealedStream stream(below, "sealed", *store);
+  const unsigned char byte = 7;
+  EXPECT_EQ(stream.write(&byte, 1), 1U);
+  EXPECT_EQ(stream.error(), 0);
+  EXPECT_EQ(stream.write(&byte, 0xFFFFFFFF), 0U);
+  EXPECT_EQ(stream.error(), EFBIG);
+  EXPECT_FALSE(stream.good());
+  EXPECT_EQ(stream.write(&byte, 1), 0U);
+  EXPECT_FALSE(stream.flush());
+  EXPECT_EQ(stream.position(), 1U);
 }
 
 // The highest peak, in KiB, of all children so far.
