@@ -5,9 +5,11 @@
 #include <new>
 #include <string>
 
+#include "tools/trelvo/FetchCommand.h"
 #include "tools/trelvo/GeoCommand.h"
 #include "tools/trelvo/ImportCommand.h"
 #include "tools/trelvo/LogCommand.h"
+#include "tools/trelvo/NetCommand.h"
 #include "tools/trelvo/SealCommand.h"
 #include "tools/trelvo/ShowCommand.h"
 
@@ -47,6 +49,8 @@ int runTrelvo(int argc, const char* const* argv, CommandContext& context) {
   addGeoCommand(app, context);
   addSealCommands(app, context);
   addLogCommand(app, context);
+  addFetchCommand(app, context);
+  addNetCommand(app, context);
   try {
     app.parse(argc, argv);
     return context.exitStatus;

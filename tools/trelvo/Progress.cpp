@@ -43,6 +43,9 @@ void Progress::update(std::uint64_t bytes) {
     return;
   }
   const auto now = m_clock();
+  if (m_rateShown) {
+    m_rate.add(now, bytes);
+  }
   if (now >= m_next) {
     m_next = now + kEach;
     draw(bytes);
@@ -55,6 +58,9 @@ void Progress::draw(std::uint64_t bytes) {
     m_terminal << bar(bytes, *m_total) << megabytes(bytes) << " of " << megabytes(*m_total);
   } else {
     m_terminal << megabytes(bytes);
+  }
+  if (m_rateShown) {
+    m_terminal << "  " << m_rate.text(m_total);
   }
   m_terminal << std::flush;
   m_drawn = true;
