@@ -69,24 +69,16 @@ std::string dump(const Json& value) {
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// Prints one line for what is there at the start, and for each event.
+/// Prints a line for each connection that is there when it begins, and from then on one for each
+/// event.
 class EventPrinter : public IConnectionObserver {
  public:
   EventPrinter(const NetOptions& options, std::ostream& out) : m_json(options.json), m_out(out) {}
 
-  void print(const char* event, const ConnectionInfo& info) {
-    const auto now = static_cast<unsigned int>(std::time(nullptr));
-    const std::string utc = timeValue(now).note;
-    if (m_json) {
-      m_out << dump({{"time", {{"value", now}, {"utc", utc}}},
-                     {"event", event},
-                     {"connection", jsonOf(info)}});
-    } else {
-      m_out << utc << ' ' << event << ' ' << textOf(info);
-    }
-    m_out << std::endl;
-    if (!m_out.good()) {
-      m_readerGone.set();
+  void begin(const network::ConnectionInfoContainer& connections) {
+    m_begun = true;
+    for (const ConnectionInfo& info : connections) {
+      print("present", info);
     }
   }
 
@@ -103,7 +95,27 @@ class EventPrinter : public IConnectionObserver {
   void handleConnectionChanged(const ConnectionInfo& info) override { print("changed", info); }
 
  private:
+  void print(const char* event, const ConnectionInfo& info) {
+    if (!m_begun) {
+      return;
+    }
+    const auto now = static_cast<unsigned int>(std::time(nullptr));
+    const std::string utc = timeValue(now).note;
+    if (m_json) {
+      m_out << dump({{"time", {{"value", now}, {"utc", utc}}},
+                     {"event", event},
+                     {"connection", jsonOf(info)}});
+    } else {
+      m_out << utc << ' ' << event << ' ' << textOf(info);
+    }
+    m_out << std::endl;
+    if (!m_out.good()) {
+      m_readerGone.set();
+    }
+  }
+
   bool m_json;
+  bool m_begun = false;
   std::ostream& m_out;
   Event m_readerGone;
 };
@@ -137,31 +149,33 @@ class Net {
     return kExitGood;
   }
 
+  // Until the loop runs events come on this thread alone, by subscribing: so none is lost between
+  // what is there at the start and the first of them.
   int watch() {
     const Interrupt interrupt;
     const std::unique_ptr<INetworkAdaptation> adaptation(NetworkAdaptation::create());
     const Manager manager(network::IConnectionManager::create(adaptation.get()));
-    network::ConnectionInfoContainer connections;
-    if (!ask(manager, connections)) {
-      return kExitFailed;
-    }
     EventPrinter printer(m_options, m_context.out);
-    for (const ConnectionInfo& info : connections) {
-      printer.print("present", info);
-    }
-    return follow(*adaptation, printer, interrupt);
-  }
-
-  int follow(INetworkAdaptation& adaptation, EventPrinter& printer, const Interrupt& interrupt) {
-    const MainLoopThread events;
-    if (adaptation.subscribe(printer) != StatusOk) {
+    network::ConnectionInfoContainer connections;
+    if (manager && adaptation->subscribe(printer) != StatusOk) {
       return fail("cannot be followed; try again");
     }
+    const bool asked = ask(manager, connections);
+    if (asked) {
+      printer.begin(connections);
+      waitForTheEnd(interrupt, printer);
+    }
+    if (manager) {
+      adaptation->unsubscribe(printer);
+    }
+    return asked ? kExitGood : kExitFailed;
+  }
+
+  static void waitForTheEnd(const Interrupt& interrupt, const EventPrinter& printer) {
+    const MainLoopThread events;
     pollfd waited[] = {{interrupt.descriptor(), POLLIN, 0}, {printer.readerGone(), POLLIN, 0}};
     while (::poll(waited, 2, -1) < 0) {
     }
-    adaptation.unsubscribe(printer);
-    return kExitGood;
   }
 
   bool ask(const Manager& manager, network::ConnectionInfoContainer& connections) {
