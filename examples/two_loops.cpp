@@ -7,8 +7,8 @@
 //
 // A batch is handed over, not shared: the scanner does not touch it until the reporter has
 // answered. So one posted call at a time is on its way in each direction, far below what a
-// dispatcher holds. Reference counts are plain: each thread makes and drops its own handles and lends
-// the other one plain references.
+// dispatcher holds. Reference counts are plain: each thread makes its own handles and lends the
+// other one plain references; what a thread leaves behind goes after its end was waited for.
 
 #include <algorithm>
 #include <cstdio>

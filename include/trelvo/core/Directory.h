@@ -80,8 +80,7 @@ class TRELVO_EXPORT Directory {
   /// never followed.
   ///
   /// @return true when it was removed or nothing lies there. False after the first failure, with
-  /// the
-  ///         rest left; also for a file and for a link, which stay with what the link points to.
+  ///         the rest left; also for a file and for a link, which stay, with what it points to.
   static bool rmPath(const std::string& path);
 
   /// Appends `item` to `base` with one "/" between. An empty `base` becomes "/" and `item`.

@@ -25,9 +25,8 @@ class TRELVO_EXPORT ISemaphore : public gom::ReferenceCountable {
   ///
   /// @param previous where the number of tokens before the call goes, also when the call then fails
   ///                 for being too many; may be null.
-  /// @return false, with nothing added, when there would be more tokens than the maximum or when
-  /// the
-  ///         system fails.
+  /// @return false, with nothing added, when there would be more tokens than the maximum, and when
+  ///         the system fails.
   virtual bool signal(unsigned int count, unsigned int* previous) = 0;
 
   /// Takes all tokens away, after a thread that was already woken had the chance to take its own.
@@ -36,8 +35,7 @@ class TRELVO_EXPORT ISemaphore : public gom::ReferenceCountable {
 
   /// A new semaphore without tokens that holds at most `max`.
   ///
-  /// @param initial must be 0: a semaphore starts empty. Signal afterwards for tokens to begin
-  /// with.
+  /// @param initial must be 0: a semaphore starts empty. Signal what it begins with.
   /// @param max     1 or more.
   /// @return an empty handle when an argument is refused, and when memory or the system fails.
   [[nodiscard]] static gom::SharedPointer<ISemaphore> create(unsigned int initial,

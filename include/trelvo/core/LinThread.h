@@ -39,7 +39,7 @@ class TRELVO_EXPORT LinThread : public IThread {
   /// Joins the pthread, waiting for its end however long that takes; wait() and tryWait() do so by
   /// themselves.
   /// @return true when it was joined, now or before, or is not there; false when the system
-  /// refuses.
+  ///         refuses.
   bool join();
 
   /// The same as the virtual function for any pthread. `thread` must not have been joined.
