@@ -238,6 +238,26 @@ TEST_F(InDirectory, MkDirIsTrueForWhateverLiesThereAlready) {
   EXPECT_FALSE(Directory::mkDir(""));
 }
 
+TEST_F(InDirectory, WhatIsMadeIsForEveryoneWhomTheUmaskLeaves) {
+  const auto modeOf = [](const std::string& path) {
+    struct stat details {};
+    EXPECT_EQ(::stat(path.c_str(), &details), 0) << path;
+    return details.st_mode & 07777;
+  };
+  for (const mode_t mask : {mode_t{0}, mode_t{027}}) {
+    const std::string name = m_directory / std::to_string(mask);
+    const mode_t before = ::umask(mask);
+    EXPECT_TRUE(Directory::mkPath(name + "/below"));
+    EXPECT_TRUE(Directory::createFile(name + "/made", 0));
+    EXPECT_TRUE(Directory::copyFile(m_file, name + "/copied"));
+    ::umask(before);
+    EXPECT_EQ(modeOf(name), 0777 & ~mask);
+    EXPECT_EQ(modeOf(name + "/below"), 0777 & ~mask);
+    EXPECT_EQ(modeOf(name + "/made"), 0666 & ~mask);
+    EXPECT_EQ(modeOf(name + "/copied"), 0666 & ~mask);
+  }
+}
+
 TEST_F(InDirectory, RmFileRemovesFilesLinksAndEmptyDirectories) {
   EXPECT_TRUE(Directory::rmFile(m_subLink));
   EXPECT_TRUE(Directory::rmFile(m_dangling));
