@@ -156,6 +156,20 @@ TEST(IThreadDeathTest, AThreadThatDoesNotEndInASecondTakesTheProcessWithIt) {
       testing::KilledBySignal(SIGKILL), "");
 }
 
+TEST(IThreadDeathTest, AnExceptionThatLeavesTheBodyEndsTheProcess) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  struct Throwing : IThreadObserver {
+    int threadMain() override { throw 1; }
+  };
+  EXPECT_EXIT(
+      {
+        Throwing observer;
+        const auto thread = IThread::create(&observer, false);
+        static_cast<void>(thread->wait());
+      },
+      testing::KilledBySignal(SIGABRT), "");
+}
+
 TEST(IThread, WithoutAnObserverRunsNoBody) {
   const auto thread = IThread::create(nullptr, false);
   ASSERT_NE(thread, nullptr);
