@@ -10,7 +10,9 @@
 //   mkdir device && openssl rsa -in private.pem -pubout -out device/publog.pem
 //   logging device
 //
-// leaves device/replay_20231114.slog; ICryptoLog::decrypt() makes text of it, elsewhere.
+// leaves device/replay_20231114.slog. Where the private key is, this shows it:
+//
+//   trelvo log decrypt --key private.pem device/replay_20231114.slog -
 
 #include <syslog.h>
 

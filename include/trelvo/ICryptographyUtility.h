@@ -13,6 +13,9 @@ namespace trelvo {
 /// directory and the device's identity in the environment variable ORVE_UNIQUE_DEVICE_ID. Whoever
 /// can read both makes the same key; docs/security.md tells what that protects and what not.
 ///
+/// The name is not part of the key: two stores first opened in the same second have the same one.
+/// Where both keep block files, that gives away the difference of their contents.
+///
 /// Two processes that open a new store at the same moment may both write a seed: the second wins,
 /// and what the first encrypts is lost.
 ///

@@ -225,6 +225,15 @@ TEST_F(CryptographyUtility, AnotherDeviceHasAnotherKey) {
   EXPECT_FALSE(m_generated);
 }
 
+TEST_F(CryptographyUtility, StoresFirstOpenedInOneSecondShareTheirKey) {
+  const std::string measurements = m_folder.file("b953dff81b1eb045f6d9223ac2e4898d");
+  writeFile(seedFile(), textBytes("1000000000"));
+  writeFile(measurements, textBytes("1000000000"));
+  EXPECT_EQ(keyAndIv("measurements"), keyAndIv("abc"));
+  writeFile(measurements, textBytes("1000000001"));
+  EXPECT_NE(keyAndIv("measurements"), keyAndIv("abc"));
+}
+
 TEST_F(CryptographyUtility, TheSeedIsTheFirstWordInTheFile) {
   writeFile(seedFile(), textBytes("1000000000"));
   const Bytes expected = keyAndIv("abc");
