@@ -37,8 +37,8 @@ class TRELVO_EXPORT CryptoLog : public ICryptoLog {
   /// Brings everything written so far to the system, in a form that can be decrypted even when
   /// nothing follows. It costs about 5 bytes, and some compression.
   /// @return what the flush of the encrypted file says: false on a disk that is full. It knows
-  ///         nothing of bytes that an earlier, passing failure has lost; what had been flushed ahead
-  ///         of that stays readable.
+  ///         nothing of bytes that an earlier, passing failure has lost; what had been flushed
+  ///         before stays readable.
   bool flush() override;
 
  private:

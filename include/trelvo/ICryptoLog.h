@@ -40,9 +40,9 @@ class TRELVO_EXPORT ICryptoLog : public gom::ReferenceCountable, public ILog {
   [[nodiscard]] static ICryptoLog* createDebugInternalLog();
 
   /// Writes the text of the log `inputPath` to the file `outputPath`, which is made or emptied,
-  /// with the PEM private key in the file `privateKeyPath`. `passphrase` may be empty. The output is
-  /// an ordinary file: the umask says who may read it. The input is opened for writing too, though
-  /// nothing is written to it.
+  /// with the PEM private key in the file `privateKeyPath`. `passphrase` may be empty. The output
+  /// is an ordinary file: the umask says who may read it. The input is opened for writing too,
+  /// though nothing is written to it.
   ///
   /// A log whose writer died ends early and is no failure: all that reached the file comes out.
   /// @return StatusOk; StatusFileError when a file cannot be opened, read or written, or is too
