@@ -95,6 +95,28 @@ TEST_F(NetworkAdaptationUbuntuThreads, ASlotOfTheApplicationsMayTellObserversWhi
   }
 }
 
+TEST_F(NetworkAdaptationUbuntuThreads, ASlotOfTheApplicationsMayTellObserversWhileTheFirstComes) {
+  ScriptedPlatform& platform = ScriptedPlatform::instance();
+  NetworkAdaptationUbuntu adaptation;
+  std::promise<void> inSlot;
+  std::promise<void> inSubscribe;
+  const ::core::ScopedConnection slot(
+      platform.manager->characteristics().changed().connect([&](auto) {
+        inSlot.set_value();
+        inSubscribe.get_future().wait();
+        NetworkAdaptationUbuntu::connectionStateUpdated(&adaptation);
+      }));
+  platform.whenAsked = [&] {
+    inSubscribe.set_value();
+    inSlot.get_future().wait();
+  };
+  std::thread news([&] { platform.manager->set(70, 1); });
+  SerialObserver observer;
+  EXPECT_EQ(adaptation.subscribe(observer), StatusOk);
+  news.join();
+  adaptation.unsubscribe(observer);
+}
+
 TEST_F(NetworkAdaptationUbuntuThreads, AfterThePlatformWasLeftItsValuesAreGoneForGood) {
   NetworkAdaptationUbuntu adaptation;
   const MainContextThread context;
