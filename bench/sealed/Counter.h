@@ -8,9 +8,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
+
+#include "bench/Must.h"
 
 namespace bench {
 
@@ -20,14 +20,6 @@ using Key = std::array<unsigned char, 16>;
 constexpr Key kKey = {0x2b, 0x7e, 0x15, 0x16, 0x28, 0xae, 0xd2, 0xa6,
                       0xab, 0xf7, 0x15, 0x88, 0x09, 0xcf, 0x4f, 0x3c};
 constexpr Key kIv = {0xf0, 0xf1, 0xf2, 0xf3, 0xf4, 0xf5, 0xf6, 0xf7, 0xf8, 0xf9, 0xfa, 0xfb};
-
-/// Ends the process where OpenSSL refuses: no time would mean anything.
-inline void must(bool done, const char* what) {
-  if (!done) {
-    std::fprintf(stderr, "%s failed\n", what);
-    std::exit(EXIT_FAILURE);
-  }
-}
 
 struct FreeCipher {
   void operator()(EVP_CIPHER_CTX* context) const { EVP_CIPHER_CTX_free(context); }
