@@ -23,8 +23,9 @@ STANDARD = re.compile(r"_Z(T[VIST])?(N[rVK]*[RO]?)?S[tabsiod]")
 # a whole makes them strong, which is all the same to the dynamic linker.
 STANDARD_DATA = re.compile(r"_ZT[VIS](N[rVK]*)?St|_Z(GVZ|Z)N[rVK]*St|_ZSt19piecewise_construct$")
 
-# What coverage, fuzzing and Clang's check of function types add to instrumented builds.
-INSTRUMENTS = re.compile(r"__gcov_|mangle_path$|__(start|stop)___sancov_|_ZT[IS]F")
+# What coverage, fuzzing, the address sanitizer and Clang's check of function types add to
+# instrumented builds.
+INSTRUMENTS = re.compile(r"__odr_asan\.|__gcov_|mangle_path$|__(start|stop)___sancov_|_ZT[IS]F")
 
 
 def allowed(name, binding):

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/trelvo/Failure.h"
 #include "tools/trelvo/FetchRequest.h"
 #include "tools/trelvo/Interrupt.h"
 #include "tools/trelvo/OutputFile.h"
