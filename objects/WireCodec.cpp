@@ -27,7 +27,7 @@ constexpr unsigned int kScalarRoom = 8;
 // A count from a stream decides no allocation beyond this; lists grow by doubling from there.
 constexpr unsigned int kTrustedCount = 8;
 
-const RecordCodec* codecFor(const ObjectBase& record) noexcept {
+[[gnu::always_inline]] inline const RecordCodec* codecFor(const ObjectBase& record) noexcept {
   const RecordCodec* const codec = findRecordCodec(record.key());
   return codec != nullptr && isSameType(typeid(record), *codec->type) ? codec : nullptr;
 }
