@@ -3,6 +3,7 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "objects/MakeObject.h"
 #include "objects/WireCodec.h"
@@ -31,7 +32,8 @@ SharedPointer<CharacterData> CharacterData::create(const char* text, unsigned in
 
 SharedPointer<CharacterData> CharacterData::create(IStream& stream) {
   SharedPointer<CharacterData> data = makeObject<CharacterData>();
-  return data && data->read(stream) ? data : SharedPointer<CharacterData>();
+  const bool complete = data && data->read(stream);
+  return onlyIf(complete, std::move(data));
 }
 
 SharedPointer<CharacterData> CharacterData::clone() const { return create(m_text, m_length); }

@@ -28,12 +28,14 @@ SharedPointer<GenericObject> GenericObject::create(unsigned short key) {
   if (object) {
     object->m_properties = PropertyLists::take();
   }
-  return object && object->m_properties ? object : SharedPointer<GenericObject>();
+  const bool whole = object && object->m_properties;
+  return onlyIf(whole, std::move(object));
 }
 
 SharedPointer<GenericObject> GenericObject::create(IStream& stream) {
   SharedPointer<GenericObject> object = makeObject<GenericObject>();
-  return object && object->read(stream) ? object : SharedPointer<GenericObject>();
+  const bool complete = object && object->read(stream);
+  return onlyIf(complete, std::move(object));
 }
 
 SharedPointer<GenericObject> GenericObject::create(const GenericObject& other) {
@@ -80,19 +82,22 @@ bool GenericObject::propertyExists(unsigned short key) const noexcept {
   return findProperty(key) != nullptr;
 }
 
-InternalVariant* GenericObject::findProperty(unsigned short key) noexcept {
-  return const_cast<InternalVariant*>(std::as_const(*this).findProperty(key));
-}
-
-const InternalVariant* GenericObject::findProperty(unsigned short key) const noexcept {
+// Part of all that looks for a property, so that none of it calls twice.
+[[gnu::always_inline]] inline InternalVariant* GenericObject::find(
+    unsigned short key) const noexcept {
   if (m_properties) {
-    for (const InternalVariant& property : m_properties->items) {
+    for (InternalVariant& property : m_properties->items) {
       if (property.m_key == key) {
         return &property;
       }
     }
   }
   return nullptr;
+}
+
+InternalVariant* GenericObject::findProperty(unsigned short key) noexcept { return find(key); }
+const InternalVariant* GenericObject::findProperty(unsigned short key) const noexcept {
+  return find(key);
 }
 
 bool GenericObject::getFirstKey(unsigned short& key) noexcept {
@@ -135,7 +140,7 @@ bool GenericObject::removeProperty(unsigned short key) {
 }
 
 // A new property without a value; null when memory runs out.
-InternalVariant* GenericObject::appendProperty(unsigned short key) {
+inline InternalVariant* GenericObject::appendProperty(unsigned short key) {
   try {
     if (!m_properties) {
       m_properties = PropertyLists::take();
@@ -153,18 +158,21 @@ InternalVariant* GenericObject::appendProperty(unsigned short key) {
   }
 }
 
+// Null when memory runs out for a new one.
+InternalVariant* GenericObject::findOrAppendProperty(unsigned short key) {
+  InternalVariant* const property = find(key);
+  return property != nullptr ? property : appendProperty(key);
+}
+
 template <auto getter, class T>
 Status GenericObject::get(unsigned short key, T& value) const {
-  const InternalVariant* const property = findProperty(key);
+  const InternalVariant* const property = find(key);
   return property == nullptr ? StatusNotFound : (property->*getter)(value);
 }
 
 template <auto setter, class T>
 Status GenericObject::set(unsigned short key, const T& value) {
-  InternalVariant* property = findProperty(key);
-  if (property == nullptr) {
-    property = appendProperty(key);
-  }
+  InternalVariant* const property = findOrAppendProperty(key);
   return property == nullptr ? StatusOutOfMemory : (property->*setter)(value);
 }
 

@@ -24,6 +24,16 @@ SharedPointer<T> copyObject(const SharedPointer<T>& other) {
   return other ? makeObject<T>(*other) : SharedPointer<T>();
 }
 
+/// `handle` when `condition` holds, else an empty handle. Moves what it is given, which spares the
+/// counting of a copy.
+template <class T>
+SharedPointer<T> onlyIf(bool condition, SharedPointer<T> handle) {
+  if (!condition) {
+    handle.clear();
+  }
+  return handle;
+}
+
 /// `handle` when `status` is StatusOk, else an empty handle: how a factory ends whose setters may
 /// refuse a value.
 template <class T>

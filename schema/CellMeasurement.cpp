@@ -8,6 +8,8 @@
 #include <trelvo/schema/UtraFddCellMeasurement.h>
 #include <trelvo/schema/UtraTddCellMeasurement.h>
 
+#include <utility>
+
 #include "objects/PropertyTable.h"
 #include "schema/ClassIds.h"
 #include "schema/ObjectKeys.h"
@@ -37,11 +39,11 @@ T propertyOf(const CellMeasurement& measurement, unsigned short key, const char*
 
 /// `measurement` with these properties; an empty handle when it is one, or one of them is refused.
 template <class T, class Dn>
-gom::SharedPointer<T> filled(const gom::SharedPointer<T>& measurement,
-                             const gom::SharedPointer<Dn>& dn, unsigned int timeStamp) {
+gom::SharedPointer<T> filled(gom::SharedPointer<T> measurement, const gom::SharedPointer<Dn>& dn,
+                             unsigned int timeStamp) {
   const bool complete = measurement && measurement->setTimeStamp(timeStamp) == StatusOk &&
                         measurement->setDn(dn) == StatusOk;
-  return complete ? measurement : gom::SharedPointer<T>();
+  return gom::onlyIf(complete, std::move(measurement));
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <trelvo/schema/CellularObjectInjection.h>
 
+#include <utility>
+
 #include "objects/PropertyTable.h"
 #include "schema/ObjectKeys.h"
 #include "schema/PropertyKeys.h"
@@ -27,7 +29,7 @@ gom::SharedPointer<CellularObjectInjection> CellularObjectInjection::create(
   const bool complete = injection && injection->setDn(dn) == StatusOk &&
                         injection->setTimeStamp(timeStamp) == StatusOk &&
                         injection->setCoverage(coverage) == StatusOk;
-  return complete ? injection : gom::SharedPointer<CellularObjectInjection>();
+  return gom::onlyIf(complete, std::move(injection));
 }
 
 gom::SharedPointer<CellularObjectInjection> CellularObjectInjection::create(

@@ -3,6 +3,8 @@
 #include <trelvo/schema/GnssInjection.h>
 #include <trelvo/schema/GnssMeasurement.h>
 
+#include <utility>
+
 #include "objects/PropertyTable.h"
 #include "schema/ObjectKeys.h"
 #include "schema/PropertyKeys.h"
@@ -24,10 +26,10 @@ gom::SharedPointer<GnssMeasurement> GnssMeasurement::create(
 
 gom::SharedPointer<GnssMeasurement> GnssMeasurement::create(
     unsigned int timeStamp, const gom::SharedPointer<GnssMeasurementData>& data) {
-  const gom::SharedPointer<GnssMeasurement> made = create();
+  gom::SharedPointer<GnssMeasurement> made = create();
   const bool set = made && made->setTimeStamp(timeStamp) == StatusOk &&
                    made->setMeasurementData(data) == StatusOk;
-  return set ? made : gom::SharedPointer<GnssMeasurement>();
+  return gom::onlyIf(set, std::move(made));
 }
 
 gom::SharedPointer<GnssMeasurement> GnssMeasurement::create(const PositionEstimate& estimate) {
@@ -84,10 +86,10 @@ gom::SharedPointer<GnssInjection> GnssInjection::create(
 
 gom::SharedPointer<GnssInjection> GnssInjection::create(
     unsigned int timeStamp, const gom::SharedPointer<GnssMeasurementData>& data) {
-  const gom::SharedPointer<GnssInjection> made = create();
+  gom::SharedPointer<GnssInjection> made = create();
   const bool set = made && made->setTimeStamp(timeStamp) == StatusOk &&
                    made->setGnssMeasurementData(data) == StatusOk;
-  return set ? made : gom::SharedPointer<GnssInjection>();
+  return gom::onlyIf(set, std::move(made));
 }
 
 gom::SharedPointer<GnssInjection> GnssInjection::create(

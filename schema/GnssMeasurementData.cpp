@@ -1,5 +1,7 @@
 #include <trelvo/schema/GnssMeasurementData.h>
 
+#include <utility>
+
 #include <trelvo/schema/Technology.h>
 #include <trelvo/schema/Utility.h>
 
@@ -97,12 +99,12 @@ gom::SharedPointer<GnssMeasurementData> GnssMeasurementData::create(const Covera
                                                                     double speedUncertainty,
                                                                     double course,
                                                                     double finalCourse) {
-  const gom::SharedPointer<GnssMeasurementData> made = create(coverage);
+  gom::SharedPointer<GnssMeasurementData> made = create(coverage);
   // The last number is a course too, not its uncertainty: callers rely on it.
   const bool set = made && made->setSpeed(speed) == StatusOk &&
                    made->setSpeedUncertainty(speedUncertainty) == StatusOk &&
                    made->setCourse(course) == StatusOk && made->setCourse(finalCourse) == StatusOk;
-  return set ? made : gom::SharedPointer<GnssMeasurementData>();
+  return gom::onlyIf(set, std::move(made));
 }
 
 gom::SharedPointer<GnssMeasurementData> GnssMeasurementData::create(
@@ -116,8 +118,9 @@ gom::SharedPointer<GnssMeasurementData> GnssMeasurementData::create(
   if (!carryPosition(estimate, coverage)) {
     return {};
   }
-  const gom::SharedPointer<GnssMeasurementData> made = create(coverage);
-  return made && carryMotion(estimate, *made) ? made : gom::SharedPointer<GnssMeasurementData>();
+  gom::SharedPointer<GnssMeasurementData> made = create(coverage);
+  const bool set = made && carryMotion(estimate, *made);
+  return gom::onlyIf(set, std::move(made));
 }
 
 void GnssMeasurementData::dump() const {}

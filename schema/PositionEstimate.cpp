@@ -57,11 +57,11 @@ gom::SharedPointer<PositionEstimate> PositionEstimate::create(
 
 gom::SharedPointer<PositionEstimate> PositionEstimate::create(double latitude, double longitude,
                                                               unsigned int timeStamp) {
-  const gom::SharedPointer<PositionEstimate> made = create();
+  gom::SharedPointer<PositionEstimate> made = create();
   const bool set = made && made->setLatitude(latitude) == StatusOk &&
                    made->setLongitude(longitude) == StatusOk &&
                    made->setTimeStamp(timeStamp) == StatusOk;
-  return set ? made : gom::SharedPointer<PositionEstimate>();
+  return gom::onlyIf(set, std::move(made));
 }
 
 gom::SharedPointer<PositionEstimate> PositionEstimate::create(double latitude, double longitude,
@@ -74,10 +74,10 @@ gom::SharedPointer<PositionEstimate> PositionEstimate::create(double latitude, d
                                                               double majorAxis, double minorAxis,
                                                               double angle,
                                                               unsigned int timeStamp) {
-  const gom::SharedPointer<PositionEstimate> made = create(latitude, longitude, timeStamp);
+  gom::SharedPointer<PositionEstimate> made = create(latitude, longitude, timeStamp);
   const bool set = made && made->setMajorAxis(majorAxis) == StatusOk &&
                    made->setMinorAxis(minorAxis) == StatusOk && made->setAngle(angle) == StatusOk;
-  return set ? made : gom::SharedPointer<PositionEstimate>();
+  return gom::onlyIf(set, std::move(made));
 }
 
 void PositionEstimate::dump() const {}

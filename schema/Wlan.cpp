@@ -3,6 +3,8 @@
 #include <trelvo/schema/WlanInjection.h>
 #include <trelvo/schema/WlanMeasurement.h>
 
+#include <utility>
+
 #include "objects/PropertyTable.h"
 #include "schema/ObjectKeys.h"
 #include "schema/PropertyKeys.h"
@@ -26,9 +28,9 @@ gom::SharedPointer<WlanMeasurement> WlanMeasurement::create(
 
 gom::SharedPointer<WlanMeasurement> WlanMeasurement::create(const gom::SharedPointer<WlanDn>& dn,
                                                             unsigned int timeStamp) {
-  const gom::SharedPointer<WlanMeasurement> made = create();
+  gom::SharedPointer<WlanMeasurement> made = create();
   const bool set = made && made->setTimeStamp(timeStamp) == StatusOk && made->setDn(dn) == StatusOk;
-  return set ? made : gom::SharedPointer<WlanMeasurement>();
+  return gom::onlyIf(set, std::move(made));
 }
 
 bool WlanMeasurement::valueExists(unsigned int mask) const {
@@ -87,11 +89,11 @@ gom::SharedPointer<WlanInjection> WlanInjection::create(
 gom::SharedPointer<WlanInjection> WlanInjection::create(const gom::SharedPointer<WlanDn>& dn,
                                                         unsigned int timeStamp,
                                                         const gom::SharedPointer<Area>& coverage) {
-  const gom::SharedPointer<WlanInjection> made = create();
+  gom::SharedPointer<WlanInjection> made = create();
   const bool set = made && made->setDn(dn) == StatusOk &&
                    made->setTimeStamp(timeStamp) == StatusOk &&
                    made->setCoverage(coverage) == StatusOk;
-  return set ? made : gom::SharedPointer<WlanInjection>();
+  return gom::onlyIf(set, std::move(made));
 }
 
 void WlanInjection::dump() const { GenericObjectWrapper::dump(); }

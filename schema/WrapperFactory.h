@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include <trelvo/GenericObjectWrapper.h>
 #include <trelvo/Status.h>
 #include <trelvo/gom/GenericObject.h>
@@ -16,7 +18,8 @@ struct WrapperFactory {
   template <class T>
   static gom::SharedPointer<T> createWrapper(unsigned short objectKey) {
     gom::SharedPointer<T> wrapper = gom::makeObject<T>();
-    return wrapper && wrapper->construct(objectKey) ? wrapper : gom::SharedPointer<T>();
+    const bool whole = wrapper && wrapper->construct(objectKey);
+    return gom::onlyIf(whole, std::move(wrapper));
   }
 
   /// A `T` that shares `object`; an empty handle when that is empty or has another key.

@@ -135,7 +135,9 @@ class TRELVO_EXPORT GenericObject : public ReferenceCountable, public ISerializa
   friend class WireCodec;
   using Properties = Collection<InternalVariant>;
 
+  InternalVariant* find(unsigned short key) const noexcept;
   InternalVariant* appendProperty(unsigned short key);
+  InternalVariant* findOrAppendProperty(unsigned short key);
   template <auto getter, class T>
   Status get(unsigned short key, T& value) const;
   template <auto setter, class T>
