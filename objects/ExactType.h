@@ -13,7 +13,7 @@ namespace trelvo {
 
 /// Whether two types are the same.
 inline bool isSameType(const std::type_info& a, const std::type_info& b) noexcept {
-  return &a == &b || isSameTypeElsewhere(a, b);
+  return __builtin_expect(&a == &b, true) || isSameTypeElsewhere(a, b);
 }
 
 /// Whether `object` is of the class `T` and not of one derived from it.
