@@ -9,6 +9,7 @@ namespace {
 constexpr std::uint32_t kTimeStamp = 1700000000;
 constexpr unsigned int kNeighbors = 6;
 constexpr std::size_t kMixedWlans = 20;
+constexpr unsigned int kInjectedCells = 20;
 
 // Deterministic values, spread over the range that is met in the field.
 class Values {
@@ -27,6 +28,13 @@ GeranNeighbor geranNeighbor(Values& values) {
   return {values.between<std::uint8_t>(0, 63), values.between<std::uint16_t>(0, 1023),
           values.between<std::uint16_t>(1, 65533), values.between<std::uint16_t>(0, 65535),
           values.between<std::uint8_t>(0, 63)};
+}
+
+Ellipse ellipse(Values& values) {
+  return {values.between<std::int32_t>(-0x7FFFFFFF, 0x7FFFFFFF),
+          values.between<std::int32_t>(-0x7FFFFFFF, 0x7FFFFFFF),
+          values.between<std::uint32_t>(500, 20000), values.between<std::uint32_t>(100, 500),
+          static_cast<float>(values.between<int>(0, 179))};
 }
 
 EUtraCell eutraCell(Values& values) {
@@ -88,6 +96,21 @@ ContainerSample mixedSample() {
   ContainerSample sample = wlanSample(kMixedWlans);
   sample.eutra.push_back(eutraSample(values));
   sample.gnss.push_back(gnss());
+  return sample;
+}
+
+InjectionSample injectionSample() {
+  Values values;
+  InjectionSample sample{42, {}};
+  for (unsigned int i = 0; i < kInjectedCells; ++i) {
+    CoveredServing serving{geranSample().serving, ellipse(values), {}};
+    serving.cell.cid = values.between<std::uint16_t>(0, 65535);
+    for (unsigned int j = 0; j < kNeighbors; ++j) {
+      const GeranNeighbor cell = geranNeighbor(values);
+      serving.neighbors.push_back({cell, ellipse(values)});
+    }
+    sample.cells.push_back(serving);
+  }
   return sample;
 }
 

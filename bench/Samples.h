@@ -75,6 +75,14 @@ struct Gnss {
   double courseUncertainty;
 };
 
+struct Ellipse {
+  std::int32_t latitude;
+  std::int32_t longitude;
+  std::uint32_t majorAxis;
+  std::uint32_t minorAxis;
+  float angle;
+};
+
 /// Workload a: a GERAN cell and its neighbours.
 struct GeranSample {
   GeranServing serving;
@@ -94,12 +102,31 @@ struct ContainerSample {
   std::vector<Gnss> gnss;
 };
 
+struct CoveredNeighbor {
+  GeranNeighbor cell;
+  Ellipse coverage;
+};
+
+struct CoveredServing {
+  GeranServing cell;
+  Ellipse coverage;
+  std::vector<CoveredNeighbor> neighbors;
+};
+
+/// Workload j: an injection.
+struct InjectionSample {
+  std::uint32_t measurementId;
+  std::vector<CoveredServing> cells;
+};
+
 /// One serving cell and six neighbours.
 GeranSample geranSample();
 /// One E-UTRA cell with six neighbours, 20 access points, one fix.
 ContainerSample mixedSample();
 /// Access points alone.
 ContainerSample wlanSample(std::size_t count);
+/// 20 GERAN cells with six neighbours each, and where each of them is heard.
+InjectionSample injectionSample();
 
 /// The six bytes of an address, from its 64-bit form.
 struct MacAddress {
@@ -127,6 +154,9 @@ class Digest {
   }
   void operator()(const GeranNeighbor& n) noexcept {
     add(n.bsic, n.arfcn, n.lac, n.cid, n.rxLevel);
+  }
+  void operator()(const Ellipse& e) noexcept {
+    add(e.latitude, e.longitude, e.majorAxis, e.minorAxis, e.angle);
   }
   void operator()(const EUtraServing& s) noexcept {
     add(s.timeStamp, s.mcc, s.mnc, s.ucid, s.timingAdvance);
@@ -182,6 +212,19 @@ void visit(const ContainerSample& sample, Sink& sink) {
   }
   for (const Gnss& fix : sample.gnss) {
     sink(fix);
+  }
+}
+
+template <class Sink>
+void visit(const InjectionSample& sample, Sink& sink) {
+  sink.add(sample.measurementId);
+  for (const CoveredServing& serving : sample.cells) {
+    sink(serving.cell);
+    sink(serving.coverage);
+    for (const CoveredNeighbor& neighbor : serving.neighbors) {
+      sink(neighbor.cell);
+      sink(neighbor.coverage);
+    }
   }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
-// The workloads a, b, c and i, the same for every peer.
+// The workloads a, b, c, i and j, the same for every peer.
 //
 //   a  one GERAN measurement, serving cell and 6 neighbours
 //   b  a container: 1 E-UTRA cell with 6 neighbours, 20 access points, 1 fix
 //   c  a container with 1,000 access points
 //   i  encode and decode of containers with 10 to 100,000 access points
+//   j  an injection: 20 GERAN cells with 6 neighbours each, all with their coverage; for this
+//      library, its floor and protobuf
 //
 // A peer states itself as a codec, a class template over the sample:
 //
@@ -73,7 +75,14 @@ void registerWorkload(const std::string& workload, const std::string& peer, unsi
       [](Codec& codec) { benchmark::DoNotOptimize(codec.decodeAndRead()); });
 }
 
-/// Adds a peer to all workloads.
+/// Adds a peer to workload j.
+template <template <class> class Codec>
+bool registerInjections(const std::string& peer, unsigned int operations = All) {
+  registerWorkload<Codec<InjectionSample>>("j", peer, operations, injectionSample);
+  return true;
+}
+
+/// Adds a peer to workloads a, b, c and i.
 template <template <class> class Codec>
 bool registerPeer(const std::string& peer, unsigned int operations = All) {
   registerWorkload<Codec<GeranSample>>("a", peer, operations, geranSample);

@@ -24,15 +24,19 @@ class Builder {
     add(object, 205, Uint32).bits = s.timeStamp;
     auto* const dn = addRecord<GeranDn>(object, 200, 0xF);
     dn->mcc = s.mcc, dn->mnc = s.mnc, dn->lac = s.lac, dn->cid = s.cid;
-    auto* const serving = addRecord<GeranServingRecord>(object, 202, 0x1A);
-    serving->nw = geranNw(0x9, s.bsic, s.arfcn);
-    serving->nw->rxLevel = s.rxLevel;
-    serving->frequency = s.frequency, serving->timingAdvance = s.timingAdvance;
+    addServing(object, s);
     for (const GeranNeighbor& n : sample.neighbors) {
-      GeranNw* const nw = geranNw(0xF, n.bsic, n.arfcn);
-      nw->lac = n.lac, nw->cid = n.cid, nw->rxLevel = n.rxLevel;
-      addElement(object, 303, Record)->target = nw;
+      addElement(object, 303, Record)->target = build(n);
     }
+    return object;
+  }
+
+  static ObjectNode* build(const InjectionSample& sample) {
+    ObjectNode* const object = make::makeObject(5);
+    for (const CoveredServing& cell : sample.cells) {
+      addElement(object, 304, Object)->target = build(cell);
+    }
+    add(object, 317, Uint32).bits = sample.measurementId;
     return object;
   }
 
@@ -87,6 +91,47 @@ class Builder {
     nw->frequency->mask = 3;
     nw->frequency->bsic = bsic, nw->frequency->arfcn = arfcn;
     return nw;
+  }
+
+  static GeranNw* build(const GeranNeighbor& n) {
+    GeranNw* const nw = geranNw(0xF, n.bsic, n.arfcn);
+    nw->lac = n.lac, nw->cid = n.cid, nw->rxLevel = n.rxLevel;
+    return nw;
+  }
+
+  static void addServing(ObjectNode* object, const GeranServing& s) {
+    auto* const serving = addRecord<GeranServingRecord>(object, 202, 0x1A);
+    serving->nw = geranNw(0x9, s.bsic, s.arfcn);
+    serving->nw->rxLevel = s.rxLevel;
+    serving->frequency = s.frequency, serving->timingAdvance = s.timingAdvance;
+  }
+
+  static void addArea(ObjectNode* object, const Ellipse& ellipse) {
+    auto* const area = addRecord<AreaRecord>(object, 204, 0x3B);
+    area->latitude = ellipse.latitude, area->longitude = ellipse.longitude;
+    area->majorAxis = ellipse.majorAxis, area->minorAxis = ellipse.minorAxis;
+    area->angle = ellipse.angle;
+  }
+
+  static ObjectNode* build(const CoveredNeighbor& neighbor) {
+    ObjectNode* const object = make::makeObject(9);
+    add(object, 203, Record).target = build(neighbor.cell);
+    addArea(object, neighbor.coverage);
+    return object;
+  }
+
+  static ObjectNode* build(const CoveredServing& serving) {
+    const GeranServing& s = serving.cell;
+    ObjectNode* const object = make::makeObject(6);
+    auto* const dn = addRecord<GeranDn>(object, 200, 0xF);
+    dn->mcc = s.mcc, dn->mnc = s.mnc, dn->lac = s.lac, dn->cid = s.cid;
+    add(object, 205, Uint32).bits = s.timeStamp;
+    addServing(object, s);
+    addArea(object, serving.coverage);
+    for (const CoveredNeighbor& neighbor : serving.neighbors) {
+      addElement(object, 307, Object)->target = build(neighbor);
+    }
+    return object;
   }
 
   static EUtraNw* build(const EUtraCell& cell) {
@@ -195,16 +240,42 @@ void readGnss(const ObjectNode& object, Digest& digest) {
               data.speed, data.speedUncertainty, data.course, data.courseUncertainty});
 }
 
-void readAll(const GeranSample* /*kind*/, const ObjectNode& object, Digest& digest) {
+GeranNeighbor read(const GeranNw& nw) {
+  return {nw.frequency->bsic, nw.frequency->arfcn, nw.lac, nw.cid, nw.rxLevel};
+}
+
+Ellipse read(const AreaRecord& area) {
+  return {area.latitude, area.longitude, area.majorAxis, area.minorAxis, area.angle};
+}
+
+void readGeran(const ObjectNode& object, Digest& digest) {
   const auto& dn = target<GeranDn>(object, 200);
   const auto& serving = target<GeranServingRecord>(object, 202);
   const GeranFrequency& frequency = *serving.nw->frequency;
   digest(GeranServing{number(object, 205), dn.mcc, dn.mnc, dn.lac, dn.cid, frequency.bsic,
                       frequency.arfcn, serving.nw->rxLevel, serving.frequency,
                       serving.timingAdvance});
-  forEach(object, 303, [&](const void* element) {
-    const auto& nw = *static_cast<const GeranNw*>(element);
-    digest(GeranNeighbor{nw.frequency->bsic, nw.frequency->arfcn, nw.lac, nw.cid, nw.rxLevel});
+}
+
+void readAll(const GeranSample* /*kind*/, const ObjectNode& object, Digest& digest) {
+  readGeran(object, digest);
+  forEach(object, 303, [&](const void* nw) { digest(read(*static_cast<const GeranNw*>(nw))); });
+}
+
+void readInjected(const ObjectNode& object, Digest& digest) {
+  readGeran(object, digest);
+  digest(read(target<AreaRecord>(object, 204)));
+  forEach(object, 307, [&digest](const void* element) {
+    const auto& neighbor = *static_cast<const ObjectNode*>(element);
+    digest(read(target<GeranNw>(neighbor, 203)));
+    digest(read(target<AreaRecord>(neighbor, 204)));
+  });
+}
+
+void readAll(const InjectionSample* /*kind*/, const ObjectNode& object, Digest& digest) {
+  digest.add(number(object, 317));
+  forEach(object, 304, [&digest](const void* member) {
+    readInjected(*static_cast<const ObjectNode*>(member), digest);
   });
 }
 
@@ -231,6 +302,8 @@ using Tree = std::unique_ptr<ObjectNode, Drop<Blocks>>;
 
 std::size_t roomFor(const GeranSample& /*sample*/) { return 1024; }
 std::size_t roomFor(const ContainerSample& sample) { return 4096 + 64 * sample.wlans.size(); }
+
+std::size_t roomFor(const InjectionSample& sample) { return 4096 + 1024 * sample.cells.size(); }
 
 template <class Sample, class Blocks>
 class FloorCodec {
@@ -285,7 +358,9 @@ template <class Sample>
 using PooledFloor = FloorCodec<Sample, PooledBlocks>;
 
 const bool kRegistered = registerPeer<HeapFloor>("floor:wire+malloc_tree") &&
-                         registerPeer<PooledFloor>("floor:wire+pooled_tree");
+                         registerPeer<PooledFloor>("floor:wire+pooled_tree") &&
+                         registerInjections<HeapFloor>("floor:wire+malloc_tree") &&
+                         registerInjections<PooledFloor>("floor:wire+pooled_tree");
 
 }  // namespace
 
@@ -294,6 +369,9 @@ std::vector<unsigned char> wireForm(const GeranSample& sample) {
 }
 std::vector<unsigned char> wireForm(const ContainerSample& sample) {
   return HeapFloor<ContainerSample>(sample).bytes();
+}
+std::vector<unsigned char> wireForm(const InjectionSample& sample) {
+  return HeapFloor<InjectionSample>(sample).bytes();
 }
 
 }  // namespace bench

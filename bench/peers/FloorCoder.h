@@ -80,6 +80,9 @@ void codeFields(Coder& coder, Record& record) {
   using Plain = std::remove_const_t<Record>;
   if constexpr (std::is_same_v<Plain, GeranDn>) {
     field(1, record.mcc), field(2, record.mnc), field(4, record.lac), field(8, record.cid);
+  } else if constexpr (std::is_same_v<Plain, AreaRecord>) {
+    field(1, record.latitude), field(2, record.longitude), field(8, record.majorAxis);
+    field(0x10, record.minorAxis), field(0x20, record.angle);
   } else if constexpr (std::is_same_v<Plain, GeranFrequency>) {
     field(1, record.bsic), field(2, record.arfcn);
   } else if constexpr (std::is_same_v<Plain, GeranNw>) {
@@ -131,6 +134,11 @@ void writeServing(const Serving& serving, std::uint32_t nwBit, Writer& out) {
   codeFields(out, serving);
 }
 
+inline void writeArea(const AreaRecord& area, Writer& out) {
+  out.put(std::uint8_t{1});
+  writeFlat<std::uint16_t>(area, out);
+}
+
 inline void writeWlanDn(const WlanDn& dn, Writer& out) {
   out.put(std::uint8_t{1});
   out.put(static_cast<std::uint8_t>(dn.mask));
@@ -165,6 +173,8 @@ inline void writeRecord(const RecordNode& record, Writer& out) {
   switch (record.classId) {
     case GeranDn::kId:
       return writeFlat<std::uint8_t>(static_cast<const GeranDn&>(record), out);
+    case AreaRecord::kId:
+      return writeArea(static_cast<const AreaRecord&>(record), out);
     case GeranNw::kId:
       return writeNw(static_cast<const GeranNw&>(record), out);
     case GeranServingRecord::kId:
@@ -302,6 +312,13 @@ class TreeReader {
     return serving;
   }
 
+  static AreaRecord* readArea(Reader& in) {
+    std::uint8_t version = 0;
+    in.get(version);
+    in.failed = in.failed || version != 1;
+    return readFlat<std::uint16_t, AreaRecord>(in, 0xFF);
+  }
+
   static WlanDn* readWlanDn(Reader& in) {
     auto* const dn = Blocks::template make<WlanDn>();
     dn->mask = in.header<std::uint8_t>(1);
@@ -346,6 +363,8 @@ class TreeReader {
     switch (classId) {
       case GeranDn::kId:
         return readFlat<std::uint8_t, GeranDn>(in, 0xF);
+      case AreaRecord::kId:
+        return readArea(in);
       case GeranNw::kId:
         return readNw<GeranNw, GeranFrequency>(in, 0xF);
       case GeranServingRecord::kId:

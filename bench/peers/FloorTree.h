@@ -107,6 +107,12 @@ struct GeranDn : RecordNode {
   static constexpr std::uint16_t kId = 100;
   std::uint16_t mcc = 0, mnc = 0, lac = 0, cid = 0;
 };
+struct AreaRecord : RecordNode {
+  static constexpr std::uint16_t kId = 104;
+  std::int32_t latitude = 0, longitude = 0;
+  std::uint32_t majorAxis = 0, minorAxis = 0;
+  float angle = 0;
+};
 struct GeranFrequency : RecordNode {
   std::uint8_t bsic = 0;
   std::uint16_t arfcn = 0;
@@ -231,6 +237,8 @@ struct Nodes {
     switch (record->classId) {
       case GeranDn::kId:
         return Blocks::drop(static_cast<GeranDn*>(record));
+      case AreaRecord::kId:
+        return Blocks::drop(static_cast<AreaRecord*>(record));
       case GeranNw::kId:
         return dropNw(static_cast<GeranNw*>(record));
       case GeranServingRecord::kId:

@@ -18,8 +18,7 @@ void fill(const GeranNeighbor& from, pb::GeranNeighbor& to) {
   to.set_rx_level(from.rxLevel);
 }
 
-void fill(const GeranSample& from, pb::GeranMeasurement& to) {
-  const GeranServing& serving = from.serving;
+void fill(const GeranServing& serving, pb::GeranMeasurement& to) {
   to.set_time_stamp(serving.timeStamp);
   to.set_mcc(serving.mcc);
   to.set_mnc(serving.mnc);
@@ -30,6 +29,10 @@ void fill(const GeranSample& from, pb::GeranMeasurement& to) {
   to.mutable_serving()->set_rx_level(serving.rxLevel);
   to.set_frequency(serving.frequency);
   to.set_timing_advance(serving.timingAdvance);
+}
+
+void fill(const GeranSample& from, pb::GeranMeasurement& to) {
+  fill(from.serving, to);
   for (const GeranNeighbor& neighbor : from.neighbors) {
     fill(neighbor, *to.add_neighbors());
   }
@@ -94,6 +97,31 @@ void fill(const ContainerSample& from, pb::MeasurementContainer& to) {
   }
   for (const Gnss& fix : from.gnss) {
     fill(fix, *to.add_gnss());
+  }
+}
+
+void fill(const Ellipse& from, pb::Area& to) {
+  to.set_latitude(from.latitude);
+  to.set_longitude(from.longitude);
+  to.set_major_axis(from.majorAxis);
+  to.set_minor_axis(from.minorAxis);
+  to.set_angle(from.angle);
+}
+
+void fill(const CoveredServing& from, pb::GeranServingInjection& to) {
+  fill(from.cell, *to.mutable_measurement());
+  fill(from.coverage, *to.mutable_coverage());
+  for (const CoveredNeighbor& neighbor : from.neighbors) {
+    pb::GeranNeighborInjection& added = *to.add_neighbors();
+    fill(neighbor.cell, *added.mutable_measurement());
+    fill(neighbor.coverage, *added.mutable_coverage());
+  }
+}
+
+void fill(const InjectionSample& from, pb::Injection& to) {
+  to.set_measurement_id(from.measurementId);
+  for (const CoveredServing& cell : from.cells) {
+    fill(cell, *to.add_geran());
   }
 }
 
@@ -169,16 +197,36 @@ EUtraServing readServing(const pb::EUtraMeasurement& cell) {
   return to;
 }
 
+GeranNeighbor read(const pb::GeranNeighbor& neighbor) {
+  GeranNeighbor to{};
+  put(to.bsic, neighbor.bsic());
+  put(to.arfcn, neighbor.arfcn());
+  put(to.lac, neighbor.lac());
+  put(to.cid, neighbor.cid());
+  put(to.rxLevel, neighbor.rx_level());
+  return to;
+}
+
+Ellipse read(const pb::Area& area) {
+  return {area.latitude(), area.longitude(), area.major_axis(), area.minor_axis(), area.angle()};
+}
+
 void readAll(const pb::GeranMeasurement& cell, Digest& digest) {
   digest(readServing(cell));
   for (const pb::GeranNeighbor& neighbor : cell.neighbors()) {
-    GeranNeighbor to{};
-    put(to.bsic, neighbor.bsic());
-    put(to.arfcn, neighbor.arfcn());
-    put(to.lac, neighbor.lac());
-    put(to.cid, neighbor.cid());
-    put(to.rxLevel, neighbor.rx_level());
-    digest(to);
+    digest(read(neighbor));
+  }
+}
+
+void readAll(const pb::Injection& injection, Digest& digest) {
+  digest.add(injection.measurement_id());
+  for (const pb::GeranServingInjection& cell : injection.geran()) {
+    digest(readServing(cell.measurement()));
+    digest(read(cell.coverage()));
+    for (const pb::GeranNeighborInjection& neighbor : cell.neighbors()) {
+      digest(read(neighbor.measurement()));
+      digest(read(neighbor.coverage()));
+    }
   }
 }
 
@@ -207,6 +255,10 @@ struct MessageFor<GeranSample> {
 template <>
 struct MessageFor<ContainerSample> {
   using Type = pb::MeasurementContainer;
+};
+template <>
+struct MessageFor<InjectionSample> {
+  using Type = pb::Injection;
 };
 
 // Where a message lives while it is used.
@@ -275,7 +327,8 @@ template <class Sample>
 using ArenaCodec = ProtobufCodec<Sample, OnArena>;
 
 const bool kRegistered =
-    registerPeer<PlainCodec>("protobuf") && registerPeer<ArenaCodec>("protobuf_arena");
+    registerPeer<PlainCodec>("protobuf") && registerPeer<ArenaCodec>("protobuf_arena") &&
+    registerInjections<PlainCodec>("protobuf") && registerInjections<ArenaCodec>("protobuf_arena");
 
 }  // namespace
 

@@ -4,6 +4,7 @@
 #include <trelvo/BufferStream.h>
 #include <trelvo/gom/GenericObject.h>
 #include <trelvo/gom/ValueCollection.h>
+#include <trelvo/schema/Area.h>
 #include <trelvo/schema/Coverage.h>
 #include <trelvo/schema/EUtraCellDn.h>
 #include <trelvo/schema/EUtraCellMeasurement.h>
@@ -13,10 +14,13 @@
 #include <trelvo/schema/GeranCellDn.h>
 #include <trelvo/schema/GeranCellMeasurement.h>
 #include <trelvo/schema/GeranFrequencyInfo.h>
+#include <trelvo/schema/GeranNeighborCellInjection.h>
 #include <trelvo/schema/GeranNwMeasurement.h>
+#include <trelvo/schema/GeranServingCellInjection.h>
 #include <trelvo/schema/GeranServingCellMeasurement.h>
 #include <trelvo/schema/GnssMeasurement.h>
 #include <trelvo/schema/GnssMeasurementData.h>
+#include <trelvo/schema/Injection.h>
 #include <trelvo/schema/MeasurementContainer.h>
 #include <trelvo/schema/WlanApMeasurement.h>
 #include <trelvo/schema/WlanDn.h>
@@ -37,25 +41,65 @@ using gom::SharedPointer;
 
 // -- building -------------------------------------------------------------------------------------
 
-SharedPointer<schema::GeranCellMeasurement> build(const GeranSample& sample) {
-  const GeranServing& s = sample.serving;
-  auto cell = schema::GeranCellMeasurement::create(
-      schema::GeranCellDn::create(s.mcc, s.mnc, s.lac, s.cid), s.timeStamp);
+SharedPointer<schema::GeranServingCellMeasurement> build(const GeranServing& s) {
   auto serving = schema::GeranServingCellMeasurement::create();
   serving->setFrequencyInfo(schema::GeranFrequencyInfo::create(s.bsic, s.arfcn));
   serving->setRxLevel(s.rxLevel);
   serving->setFrequency(s.frequency);
   serving->setTimingAdvance(s.timingAdvance);
-  cell->setServingCellMeasurement(serving);
-  for (const GeranNeighbor& n : sample.neighbors) {
-    auto neighbor =
-        schema::GeranNwMeasurement::create(schema::GeranFrequencyInfo::create(n.bsic, n.arfcn));
-    neighbor->setLac(n.lac);
-    neighbor->setCid(n.cid);
-    neighbor->setRxLevel(n.rxLevel);
-    cell->addNwMeasurement(neighbor);
+  return serving;
+}
+
+SharedPointer<schema::GeranNwMeasurement> build(const GeranNeighbor& n) {
+  auto neighbor =
+      schema::GeranNwMeasurement::create(schema::GeranFrequencyInfo::create(n.bsic, n.arfcn));
+  neighbor->setLac(n.lac);
+  neighbor->setCid(n.cid);
+  neighbor->setRxLevel(n.rxLevel);
+  return neighbor;
+}
+
+SharedPointer<schema::GeranCellMeasurement> build(const GeranSample& sample) {
+  const GeranServing& s = sample.serving;
+  auto cell = schema::GeranCellMeasurement::create(
+      schema::GeranCellDn::create(s.mcc, s.mnc, s.lac, s.cid), s.timeStamp);
+  cell->setServingCellMeasurement(build(s));
+  for (const GeranNeighbor& neighbor : sample.neighbors) {
+    cell->addNwMeasurement(build(neighbor));
   }
   return cell;
+}
+
+SharedPointer<schema::Area> build(const Ellipse& e) {
+  return schema::Area::create(e.latitude, e.longitude, e.majorAxis, e.minorAxis, e.angle);
+}
+
+SharedPointer<schema::GeranNeighborCellInjection> build(const CoveredNeighbor& neighbor) {
+  auto injection = schema::GeranNeighborCellInjection::create();
+  injection->setNeighborCellMeasurement(build(neighbor.cell));
+  injection->setCoverage(build(neighbor.coverage));
+  return injection;
+}
+
+SharedPointer<schema::GeranServingCellInjection> build(const CoveredServing& serving) {
+  const GeranServing& s = serving.cell;
+  auto injection = schema::GeranServingCellInjection::create(
+      schema::GeranCellDn::create(s.mcc, s.mnc, s.lac, s.cid), s.timeStamp);
+  injection->setServingCellMeasurement(build(s));
+  injection->setCoverage(build(serving.coverage));
+  for (const CoveredNeighbor& neighbor : serving.neighbors) {
+    injection->addNeighborCellInjection(build(neighbor)->wrappedObject());
+  }
+  return injection;
+}
+
+SharedPointer<schema::Injection> build(const InjectionSample& sample) {
+  auto injection = schema::Injection::create();
+  for (const CoveredServing& cell : sample.cells) {
+    injection->addGeranInjection(build(cell)->wrappedObject());
+  }
+  injection->setMeasurementId(sample.measurementId);
+  return injection;
 }
 
 SharedPointer<schema::EUtraNwMeasurement> build(const EUtraCell& cell) {
@@ -171,17 +215,62 @@ void forEachNeighbor(const Cell& cell, Read read) {
   }
 }
 
-void readAll(const schema::GeranCellMeasurement& cell, Digest& digest) {
+// A measurement or an injection.
+template <class Cell>
+GeranServing readServing(const Cell& cell) {
   const auto dn = cell.dn();
   const auto serving = cell.servingCellMeasurement();
   const auto frequency = serving->frequencyInfo();
-  digest(GeranServing{cell.timeStamp(), dn->mcc(), dn->mnc(), dn->lac(), dn->cid(),
-                      frequency->bsic(), frequency->arfcn(), serving->rxLevel(),
-                      serving->frequency(), serving->timingAdvance()});
-  forEachNeighbor<schema::GeranNwMeasurement>(cell, [&digest](const auto& nw) {
-    const auto info = nw.frequencyInfo();
-    digest(GeranNeighbor{info->bsic(), info->arfcn(), nw.lac(), nw.cid(), nw.rxLevel()});
-  });
+  return {cell.timeStamp(),
+          dn->mcc(),
+          dn->mnc(),
+          dn->lac(),
+          dn->cid(),
+          frequency->bsic(),
+          frequency->arfcn(),
+          serving->rxLevel(),
+          serving->frequency(),
+          serving->timingAdvance()};
+}
+
+GeranNeighbor read(const schema::GeranNwMeasurement& nw) {
+  const auto info = nw.frequencyInfo();
+  return {info->bsic(), info->arfcn(), nw.lac(), nw.cid(), nw.rxLevel()};
+}
+
+Ellipse read(const schema::Area& area) {
+  return {area.latitude(), area.longitude(), area.majorAxis(), area.minorAxis(), area.angle()};
+}
+
+void readAll(const schema::GeranCellMeasurement& cell, Digest& digest) {
+  digest(readServing(cell));
+  forEachNeighbor<schema::GeranNwMeasurement>(cell,
+                                              [&digest](const auto& nw) { digest(read(nw)); });
+}
+
+// Each member of a list as the injection that it holds.
+template <class Member, class Read>
+void forEachInjection(const SharedPointer<gom::ValueCollection>& list, Read read) {
+  for (const gom::Variant* const element : list->items) {
+    SharedPointer<GenericObject> object;
+    if (element->getGenericObjectValue(object) == StatusOk) {
+      read(*Member::create(object));
+    }
+  }
+}
+
+void readAll(const schema::Injection& injection, Digest& digest) {
+  digest.add(injection.measurementId());
+  forEachInjection<schema::GeranServingCellInjection>(
+      injection.geranInjectionCollection(), [&digest](const auto& cell) {
+        digest(readServing(cell));
+        digest(read(*cell.coverage()));
+        forEachInjection<schema::GeranNeighborCellInjection>(
+            cell.neighborCellInjectionCollection(), [&digest](const auto& neighbor) {
+              digest(read(*neighbor.neighborCellMeasurement()));
+              digest(read(*neighbor.coverage()));
+            });
+      });
 }
 
 void readAll(const schema::EUtraCellMeasurement& cell, Digest& digest) {
@@ -217,6 +306,10 @@ struct WrapperFor<GeranSample> {
 template <>
 struct WrapperFor<ContainerSample> {
   using Type = schema::MeasurementContainer;
+};
+template <>
+struct WrapperFor<InjectionSample> {
+  using Type = schema::Injection;
 };
 
 template <class Sample, bool withRoom>
@@ -289,7 +382,9 @@ template <class Sample>
 using RoomCodec = TrelvoCodec<Sample, true>;
 
 const bool kRegistered = registerPeer<FreshCodec>("lib:trelvo") &&
-                         registerPeer<RoomCodec>("lib:trelvo_room", Encode | Write | Linearity);
+                         registerPeer<RoomCodec>("lib:trelvo_room", Encode | Write | Linearity) &&
+                         registerInjections<FreshCodec>("lib:trelvo") &&
+                         registerInjections<RoomCodec>("lib:trelvo_room", Encode | Write);
 
 // What the buffer's growth in 512-byte steps takes by itself, when nobody asks for room.
 void growByAppending(benchmark::State& state) {
