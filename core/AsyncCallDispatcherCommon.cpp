@@ -144,20 +144,15 @@ void AsyncCallDispatcherCommon::removeDelegate(unsigned int id) {
 }
 
 bool AsyncCallDispatcherCommon::findDelegate(unsigned int id, Delegate& delegate) {
-  const SpinningLock lock(m_delegates, m_runningSpins);
-  if (!lock) {
-    return false;
-  }
-  const auto found = m_delegates.m_value.find(id);
-  if (found == m_delegates.m_value.end()) {
-    return false;
-  }
-  delegate = found->second;
-  return true;
+  return copyDelegate(id, delegate, false);
 }
 
 // findDelegate() and removeDelegate() in one, under one lock.
 bool AsyncCallDispatcherCommon::takeDelegate(unsigned int id, Delegate& delegate) {
+  return copyDelegate(id, delegate, true);
+}
+
+bool AsyncCallDispatcherCommon::copyDelegate(unsigned int id, Delegate& delegate, bool andRemove) {
   const SpinningLock lock(m_delegates, m_runningSpins);
   if (!lock) {
     return false;
@@ -167,7 +162,9 @@ bool AsyncCallDispatcherCommon::takeDelegate(unsigned int id, Delegate& delegate
     return false;
   }
   delegate = found->second;
-  recycle(found);
+  if (andRemove) {
+    recycle(found);
+  }
   return true;
 }
 

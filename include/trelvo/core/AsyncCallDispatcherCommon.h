@@ -79,6 +79,7 @@ class TRELVO_EXPORT AsyncCallDispatcherCommon : public IAsyncCallDispatcher,
   void init();
   Delegates::node_type nextSlot();
   bool takeDelegate(unsigned int id, Delegate& delegate);
+  bool copyDelegate(unsigned int id, Delegate& delegate, bool andRemove);
   Delegates::iterator recycle(Delegates::iterator position);
 
   unsigned int m_nextId;                       // under the lock of m_delegates
