@@ -22,7 +22,7 @@ inline gom::SharedPointer<IFile> fileOver(Stream stream, unsigned int bufferSize
     return {};
   }
   const unsigned int write = readOnly ? 0U : File::FlagWritable;
-  const gom::SharedPointer<IFile> file(
+  gom::SharedPointer<IFile> file(
       new (std::nothrow) File(stream.get(), File::FlagSeekable | File::FlagReadable | write));
   if (!file) {
     return {};

@@ -40,7 +40,7 @@ ICryptoFile* ICryptoFile::open(gom::SharedPointer<core::IFile> file, unsigned ch
 
 CryptoFileCommon::CryptoFileCommon(const gom::SharedPointer<core::IFile>& file,
                                    const unsigned char* key, const unsigned char* iv)
-    : m_file(file), m_baseOffset(file->offset()), m_buffer(), m_key(), m_iv() {
+    : m_file(file), m_baseOffset(file->offset()) {
   std::memcpy(m_key, key, sizeof m_key);
   std::memcpy(m_iv, iv, sizeof m_iv);
 }
@@ -93,8 +93,8 @@ bool CryptoFileCommon::seekFromStart(unsigned int position) {
   return true;
 }
 
-/// Moves to a place to prove that it can be reached; a core::File reaches it together with the start
-/// of its block.
+/// Moves to a place to prove that it can be reached; a core::File reaches it together with the
+/// start of its block.
 bool CryptoFileCommon::canReach(unsigned int place) {
   return forRuns() != nullptr || m_file->seekFromStart(place);
 }

@@ -85,7 +85,7 @@ bool CryptoFileCommon::writeRun(const unsigned char* source, unsigned int count,
 /// Makes room for a run of enciphered blocks, once. Without it blocks are written one by one.
 bool CryptoFileLin::hasRoomForRuns() {
   if (m_roomForRuns == nullptr) {
-    m_roomForRuns.reset(new (std::nothrow) unsigned char[kMostBlocks * kBlockSize]);
+    m_roomForRuns.reset(new (std::nothrow) unsigned char[std::size_t{kMostBlocks} * kBlockSize]);
   }
   return m_roomForRuns != nullptr;
 }
@@ -102,7 +102,7 @@ bool CryptoFileCommon::writePiece(CryptoFileLin& self, unsigned int blockIndex,
   }
   // The block that failed stays in the buffer and counts as taken.
   const unsigned int failed = written / kBlockSize;
-  std::copy_n(source + failed * kBlockSize, kBlockSize, m_buffer);
+  std::copy_n(source + std::size_t{failed} * kBlockSize, kBlockSize, m_buffer);
   m_validBytes = m_position = kBlockSize;
   m_dirty = true;
   m_endKnown = false;

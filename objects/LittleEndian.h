@@ -30,6 +30,7 @@ template <class T>
 inline T loadWire(const unsigned char* from) noexcept {
   static_assert((std::is_arithmetic_v<T> || std::is_enum_v<T>)&&!std::is_same_v<T, bool>);
   unsigned char image[sizeof(T)];
+  // NOLINTNEXTLINE(clang-analyzer-core.NonNullParamChecker): it does not see that bytes are left
   std::memcpy(image, from, sizeof(T));
   swapWireOrder(image, sizeof(T));
   T value;

@@ -17,6 +17,7 @@ Buffer* bufferOf(IStream& stream) {
 
 }  // namespace
 
+// The scratch is written before it is read. NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
 WireWriter::WireWriter(IStream& stream) : m_stream(stream), m_buffer(bufferOf(stream)) {
   if (m_buffer != nullptr) {
     m_origin = m_buffer->writePosition();

@@ -110,15 +110,15 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
   Status preSeek();
 
   gom::SharedPointer<core::IFile> m_file;
-  unsigned int m_baseOffset;           ///< Where the file stood when this object was made.
-  unsigned int m_mode = ModeIdle;      ///< One of Mode.
-  unsigned int m_pendingOffset = 0;    ///< Where in its block the next load puts m_position.
-  unsigned char m_buffer[kBlockSize];  ///< The plain bytes of the current block.
-  unsigned int m_validBytes = 0;       ///< How many of them hold data.
-  unsigned int m_position = 0;         ///< The next byte in m_buffer.
-  bool m_dirty = false;                ///< Whether m_buffer has changes that the file lacks.
-  unsigned char m_key[16];
-  unsigned char m_iv[16];  ///< The last four bytes are the counter of the block seen last.
+  unsigned int m_baseOffset;                ///< Where the file stood when this object was made.
+  unsigned int m_mode = ModeIdle;           ///< One of Mode.
+  unsigned int m_pendingOffset = 0;         ///< Where in its block the next load puts m_position.
+  unsigned char m_buffer[kBlockSize] = {};  ///< The plain bytes of the current block.
+  unsigned int m_validBytes = 0;            ///< How many of them hold data.
+  unsigned int m_position = 0;              ///< The next byte in m_buffer.
+  bool m_dirty = false;                     ///< Whether m_buffer has changes that the file lacks.
+  unsigned char m_key[16] = {};
+  unsigned char m_iv[16] = {};  ///< The last four bytes are the counter of the block seen last.
 
  private:
   CryptoFileLin* forRuns() noexcept;

@@ -67,7 +67,7 @@ struct NetworkAdaptationUbuntu::QueuedUpdate {
   using Holder = std::shared_ptr<QueuedUpdate>;
 
   static std::shared_ptr<GSource> queue(const Holder& update) {
-    const std::shared_ptr<GSource> source(g_timeout_source_new(0), g_source_unref);
+    std::shared_ptr<GSource> source(g_timeout_source_new(0), g_source_unref);
     Holder* holder = nullptr;
     {
       const std::lock_guard<std::mutex> lock(gHandOver);

@@ -184,7 +184,7 @@ gom::SharedPointer<schema::Area> readCoverage(const CellTowerFields& fields) {
   if (range) {
     return made(schema::Area::create(latitudeCode, longitudeCode, *range, *range, 0.0f));
   }
-  const auto position = made(schema::Area::create());
+  auto position = made(schema::Area::create());
   position->setLatitude(latitudeCode);
   position->setLongitude(longitudeCode);
   return position;

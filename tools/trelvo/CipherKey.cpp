@@ -31,7 +31,7 @@ std::string startOf(const std::string& path) {
 bool isHexDigit(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
 
 bool isHex(const std::string& content) {
-  constexpr std::size_t kDigits = 2 * kCipherBytes;
+  constexpr std::size_t kDigits = std::size_t{2} * kCipherBytes;
   const std::string end = content.substr(std::min(kDigits, content.size()));
   return content.size() >= kDigits && (end.empty() || end == "\n" || end == "\r\n") &&
          std::all_of(content.begin(), content.begin() + kDigits, isHexDigit);

@@ -23,7 +23,7 @@ bool hasSentenceAtLineStart(std::string_view text) {
       return true;
     }
     const size_t end = text.find('\n', line);
-    line = end == text.npos ? text.size() : end + 1;
+    line = end == std::string_view::npos ? text.size() : end + 1;
   }
   return false;
 }
@@ -39,7 +39,7 @@ ImportFormat formatOf(std::string_view start) {
     return ImportFormat::Nmea;
   }
   const size_t first = text.find_first_not_of(" \t\r\n");
-  if (first != text.npos && text[first] == '{') {
+  if (first != std::string_view::npos && text[first] == '{') {
     return ImportFormat::Geosubmit;
   }
   return NmeaReader::looksLikeNmea(text) ? ImportFormat::Nmea : ImportFormat::Auto;

@@ -1,13 +1,13 @@
 #include "tools/trelvo/LogDecrypt.h"
 
 #include <fcntl.h>
-#include <string.h>
 #include <trelvo/Buffer.h>
 #include <trelvo/ICryptoLog.h>
 #include <trelvo/ICryptography.h>
 #include <trelvo/ReadOnlyBuffer.h>
 #include <trelvo/Status.h>
 #include <unistd.h>
+#include <cstring>
 
 #include <cerrno>
 #include <cstring>

@@ -45,7 +45,7 @@ void checkKey(const std::string& path) {
 
 Log createLog(const LogWriteOptions& options) {
   errno = 0;
-  const Log log(ICryptoLog::create(options.log.c_str(), options.key.c_str()));
+  Log log(ICryptoLog::create(options.log.c_str(), options.key.c_str()));
   if (!log) {
     throw Failure(options.log + ": " + reasonOr("cannot be made"));
   }

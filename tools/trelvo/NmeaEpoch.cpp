@@ -161,8 +161,9 @@ std::optional<NmeaDate> NmeaEpoch::date() const {
 }
 
 const NmeaSentenceKind* nmeaSentenceKind(std::string_view type) {
-  const auto found = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                  [&](const NmeaSentenceKind& kind) { return type == kind.type; });
+  const auto* const found =
+      std::find_if(std::begin(kKinds), std::end(kKinds),
+                   [&](const NmeaSentenceKind& kind) { return type == kind.type; });
   return found == std::end(kKinds) ? nullptr : found;
 }
 

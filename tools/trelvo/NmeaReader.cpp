@@ -25,7 +25,7 @@ int checksum(std::string_view text) {
 void split(NmeaSentence& sentence) {
   std::string_view rest = sentence.text;
   sentence.fields.clear();
-  for (size_t comma = rest.find(','); comma != rest.npos; comma = rest.find(',')) {
+  for (size_t comma = rest.find(','); comma != std::string_view::npos; comma = rest.find(',')) {
     sentence.fields.push_back(rest.substr(0, comma));
     rest.remove_prefix(comma + 1);
   }
@@ -107,7 +107,7 @@ void NmeaReader::skipComment() {
   }
   if (start.size() > kCookie.size() && start.compare(0, kCookie.size(), kCookie) == 0 &&
       isPrintable(start.back()) && start.back() != '$') {
-    m_dropped = start.back();
+    m_dropped = static_cast<unsigned char>(start.back());
   }
 }
 
@@ -150,7 +150,7 @@ bool NmeaReader::refuse(const char* kind, unsigned long long line) {
 
 bool NmeaReader::looksLikeNmea(std::string_view text) {
   constexpr size_t kAddress = 5;
-  for (size_t at = text.find('$'); at != text.npos; at = text.find('$', at + 1)) {
+  for (size_t at = text.find('$'); at != std::string_view::npos; at = text.find('$', at + 1)) {
     const std::string_view rest = text.substr(at + 1, kAddress + 1);
     if (rest.size() > kAddress && rest[kAddress] == ',' &&
         std::all_of(rest.begin(), rest.end() - 1, isAddressCharacter)) {

@@ -1,7 +1,7 @@
 #include "tools/trelvo/Passphrase.h"
 
-#include <string.h>
 #include <unistd.h>
+#include <cstring>
 
 #include <cerrno>
 #include <cstdlib>

@@ -48,7 +48,7 @@ std::string useDirectory(const StoreOptions& options) {
 
 Store openStore(const StoreOptions& options, bool& isNew) {
   Status status = StatusOk;
-  const Store store = ICryptographyUtility::open(options.name.c_str(), status, isNew);
+  Store store = ICryptographyUtility::open(options.name.c_str(), status, isNew);
   if (!store) {
     throw Failure(label(options) + ": no key could be made");
   }
@@ -116,7 +116,7 @@ Store openStoreForUnsealing(const StoreOptions& options) {
     throwNoKey(options, directory);
   }
   bool isNew = false;
-  const Store store = openStore(options, isNew);
+  Store store = openStore(options, isNew);
   if (isNew) {
     throwNoKey(options, directory);
   }

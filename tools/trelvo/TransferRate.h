@@ -25,8 +25,8 @@ class TransferRate {
 
  private:
   struct Sample {
-    Time time;
-    std::uint64_t bytes;
+    Time time{};
+    std::uint64_t bytes = 0;
   };
 
   std::string remainingText(std::uint64_t total) const;
