@@ -109,7 +109,7 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
   /// Writes the block when it has changed, empties it and goes idle.
   Status preSeek();
 
-  gom::SharedPointer<core::IFile> m_file;
+  gom::SharedPointer<core::IFile> m_file;   ///< What the enciphered bytes lie in.
   unsigned int m_baseOffset;                ///< Where the file stood when this object was made.
   unsigned int m_mode = ModeIdle;           ///< One of Mode.
   unsigned int m_pendingOffset = 0;         ///< Where in its block the next load puts m_position.
@@ -117,7 +117,7 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
   unsigned int m_validBytes = 0;            ///< How many of them hold data.
   unsigned int m_position = 0;              ///< The next byte in m_buffer.
   bool m_dirty = false;                     ///< Whether m_buffer has changes that the file lacks.
-  unsigned char m_key[16] = {};
+  unsigned char m_key[16] = {};             ///< Wiped when the object dies, like m_iv.
   unsigned char m_iv[16] = {};  ///< The last four bytes are the counter of the block seen last.
 
  private:

@@ -92,15 +92,18 @@ class TRELVO_EXPORT DebugCommon {
   /// threads log. @return false to have the text dropped, and unlockFile() then is not called. The
   /// base does nothing and gives true.
   virtual bool lockFile(std::FILE* file);
+  /// Ends what lockFile() began.
   virtual void unlockFile(std::FILE* file);
 
   /// The same for the LTA file.
   virtual bool lockXml(std::FILE* file);
+  /// Ends what lockXml() began.
   virtual void unlockXml(std::FILE* file);
 
   /// Takes the lock over mPimpl and mCallCount, a process-wide one that is not recursive.
   /// @return true when it is held, and then unlock() is due.
   static bool lock();
+  /// Gives it back.
   static void unlock();
 
   /// Counts one more user of the instance, and notes the new count in the log of "default".
@@ -210,13 +213,13 @@ class TRELVO_EXPORT DebugCommon {
  protected:
   std::map<std::string, ComponentSetting> m_components;  ///< One entry a configured component.
   ComponentSetting m_defaultSetting;                     ///< For every component without an entry.
-  std::FILE* m_ltaFile = nullptr;
-  ILog* m_internalLog = nullptr;        ///< Owned.
+  std::FILE* m_ltaFile = nullptr;                        ///< Owned; null when there is no LTA log.
+  ILog* m_internalLog = nullptr;                         ///< Owned.
   unsigned int m_internalLogLines = 0;  ///< How many lines went through the ILog form.
-  std::string m_ltaFileName;
-  std::string m_logPath;          ///< As stored: empty, or with its closing separator.
-  bool m_platformLogging = true;  ///< Whether lines go to writePlatform(); starts true.
-  int m_referenceCount = 0;
+  std::string m_ltaFileName;            ///< Of m_ltaFile.
+  std::string m_logPath;                ///< As stored: empty, or with its closing separator.
+  bool m_platformLogging = true;        ///< Whether lines go to writePlatform(); starts true.
+  int m_referenceCount = 0;             ///< Users, as counted by addRef() and removeRef().
 
  private:
   bool readConfigFile(const char* name);

@@ -25,9 +25,9 @@ class TRELVO_EXPORT AsyncCallDispatcherCommon : public IAsyncCallDispatcher,
   /// A call that waits: either a function or a receiver, and what it is given. Empty when both are
   /// null.
   struct Delegate {
-    IAsyncCallReceiver* receiver = nullptr;
-    void (*function)(void*) = nullptr;
-    void* data = nullptr;
+    IAsyncCallReceiver* receiver = nullptr;  ///< The target object, or null.
+    void (*function)(void*) = nullptr;       ///< The target function, or null.
+    void* data = nullptr;                    ///< What it is given, unchanged.
   };
 
   ~AsyncCallDispatcherCommon() override;

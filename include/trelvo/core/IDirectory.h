@@ -33,13 +33,14 @@ class TRELVO_EXPORT IDirectory : public gom::ReferenceCountable {
     /// Orders by name, byte by byte, a shorter name before a longer one that begins with it. A set
     /// so ordered holds one entry of each name.
     struct Ascending {
+      /// Whether `a` stands before `b`.
       bool operator()(const Entry& a, const Entry& b) const noexcept { return a.name < b.name; }
     };
 
-    EntryType type = EntryOther;
-    std::string name;          ///< Within its directory, without path.
-    unsigned int size = 0;     ///< Bytes; the lower 32 bits of the size of a larger file.
-    std::time_t modified = 0;  ///< Last change of the content, in seconds since the Unix epoch.
+    EntryType type = EntryOther;  ///< What it is; a link is not followed.
+    std::string name;             ///< Within its directory, without path.
+    unsigned int size = 0;        ///< Bytes; the lower 32 bits of the size of a larger file.
+    std::time_t modified = 0;     ///< Last change of the content, in seconds since the Unix epoch.
     /// For the application's use: the library leaves it empty.
     gom::SharedPointer<gom::ReferenceCountable> handle;
   };

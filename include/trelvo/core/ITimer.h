@@ -39,6 +39,7 @@ class TRELVO_EXPORT ITimer : public gom::ReferenceCountable {
   /// The period that the timer was started with; 0 when it is not armed or fires once.
   virtual unsigned long long period() const = 0;
 
+  /// Who hears of the timer; never null.
   virtual ITimerObserver* observer() const = 0;
 
   /// Whether the timer is armed. One that fires once is not any more when its observer is called.

@@ -17,6 +17,7 @@ namespace trelvo::core {
 /// be asked on any.
 class TRELVO_EXPORT LinAlarmTimer : public IAlarmTimer, public IAlarmObserver {
  public:
+  /// Takes both, neither of which may be null; create() makes sure of that.
   LinAlarmTimer(ITimerObserver* observer, IPowerAdaptation* power) noexcept;
   ~LinAlarmTimer() override;
   LinAlarmTimer(const LinAlarmTimer&) = delete;
@@ -36,6 +37,7 @@ class TRELVO_EXPORT LinAlarmTimer : public IAlarmTimer, public IAlarmObserver {
 
   long long delay() const override;
   unsigned long long period() const override;
+  /// As given to the constructor.
   ITimerObserver* observer() const override;
   bool isActive() const override;
 

@@ -45,6 +45,7 @@ class TRELVO_EXPORT LinTimer : public ITimer, public IPollSink {
 
   long long delay() const override;
   unsigned long long period() const override;
+  /// As given to the constructor.
   ITimerObserver* observer() const override;
   bool isActive() const override;
 

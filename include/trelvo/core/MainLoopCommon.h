@@ -49,6 +49,7 @@ class TRELVO_EXPORT MainLoopCommon {
       const gom::SharedPointer<IAsyncCallDispatcher>& dispatcher);
 
  protected:
+  /// Stores what isRunning() gives.
   void setRunning(bool running) noexcept;
 
  private:

@@ -36,6 +36,7 @@ class TRELVO_EXPORT Singleton {
   /// key or no memory for it.
   bool set(T value) noexcept { return m_key != kNoKey && pthread_setspecific(m_key, value) == 0; }
 
+  /// The name given to the constructor.
   const char* name() const noexcept { return m_name; }
 
  private:

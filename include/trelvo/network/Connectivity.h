@@ -40,13 +40,15 @@ constexpr Characteristics operator&(Characteristics a, Characteristics b) noexce
 /// signal: it must not connect or disconnect there. When both change at once, `state` is set first,
 /// so that a slot of `characteristics` finds the state that goes with them.
 ///
-/// A ::core::Property has no lock of its own: an implementation whose properties are set on another
+/// A `Property` has no lock of its own: an implementation whose properties are set on another
 /// thread than they are read guards them itself.
 class TRELVO_EXPORT Manager {
  public:
   virtual ~Manager();
 
+  /// How far the device is connected.
   virtual const ::core::Property<State>& state() const = 0;
+  /// By what it is connected.
   virtual const ::core::Property<Characteristics>& characteristics() const = 0;
 
  protected:
