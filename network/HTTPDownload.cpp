@@ -18,6 +18,8 @@
 #include <trelvo/crypto/ICryptor.h>
 #include <trelvo/network/HTTPRequest.h>
 
+#include "crypto/Wiped.h"
+
 namespace trelvo::network {
 
 namespace {
@@ -245,7 +247,7 @@ Status HTTPRequest::doDownload() {
 }
 
 Status HTTPRequest::finishDecryption() try {
-  Buffer last;
+  WipedBuffer last;
   const Status status = m_decryptor->finish(last);
   store(last.data(), last.size());
   return status;
@@ -268,7 +270,7 @@ bool HTTPRequest::takeBlock(const unsigned char* data, unsigned int length) try 
     store(data, length);
     return true;
   }
-  Buffer plain;
+  WipedBuffer plain;
   if (m_decryptor->add_chunk(ReadOnlyBuffer(data, length), plain) != StatusOk) {
     return false;
   }
