@@ -93,6 +93,8 @@ void LinGlibAsyncCallDispatcher::joinContext(GSource* source) {
   Source* const extended = Source::of(source);
   extended->funcs = m_sourceFuncs;
   g_source_set_funcs(source, &extended->funcs);
+  // Else GLib takes each descriptor out of the context for each dispatch, one after another.
+  g_source_set_can_recurse(source, TRUE);
   const guint id = g_source_attach(source, nullptr);
   if (id == 0) {
     g_source_destroy(source);
@@ -127,6 +129,8 @@ bool LinGlibAsyncCallDispatcher::inContext() const {
   return m_source != nullptr && g_source_is_destroyed(m_source) == FALSE;
 }
 
+bool LinGlibAsyncCallDispatcher::isPolled() const { return inContext() && !m_withdrawn; }
+
 bool LinGlibAsyncCallDispatcher::sleep() { return sleep(-1) == 1; }
 
 int LinGlibAsyncCallDispatcher::sleep(int timeoutMs) {
@@ -143,8 +147,9 @@ int LinGlibAsyncCallDispatcher::sleep(int timeoutMs) {
 
 gboolean LinGlibAsyncCallDispatcher::prepareStatic(GSource* source, gint* timeout) {
   const std::lock_guard<std::mutex> lock(gSources);
-  const LinGlibAsyncCallDispatcher* const dispatcher = Source::of(source)->dispatcher;
+  LinGlibAsyncCallDispatcher* const dispatcher = Source::of(source)->dispatcher;
   if (dispatcher != nullptr) {
+    dispatcher->withdrawWhileDispatching();
     *timeout = dispatcher->m_sleepTimeout.load(std::memory_order_relaxed);
   }
   return FALSE;
@@ -170,9 +175,24 @@ gboolean LinGlibAsyncCallDispatcher::dispatchStatic(GSource* source, GSourceFunc
 
 void LinGlibAsyncCallDispatcher::finalizeStatic(GSource* /*source*/) {}
 
+// A turn inside a callback must not wait for descriptors that it is not going to serve.
+void LinGlibAsyncCallDispatcher::withdrawWhileDispatching() {
+  const std::lock_guard<std::mutex> lock(m_pollMutex);
+  if (!m_dispatching || m_withdrawn) {
+    return;
+  }
+  // The last that was added is the first that GLib finds.
+  for (auto node = m_pollers.rbegin(); node != m_pollers.rend(); ++node) {
+    if (isLive(*node)) {
+      g_source_remove_poll(m_source, &*node);
+    }
+  }
+  m_withdrawn = true;
+}
+
 bool LinGlibAsyncCallDispatcher::readable() {
   const std::lock_guard<std::mutex> lock(m_pollMutex);
-  return std::any_of(m_pollers.begin(), m_pollers.end(), isReadable);
+  return !m_dispatching && std::any_of(m_pollers.begin(), m_pollers.end(), isReadable);
 }
 
 // From here to endDispatch() nodes stay where they are, and the dispatcher does not go.
@@ -220,6 +240,12 @@ bool LinGlibAsyncCallDispatcher::nextReadable(std::list<GPollFD>::iterator& posi
 void LinGlibAsyncCallDispatcher::endDispatch() {
   const std::lock_guard<std::mutex> lock(m_pollMutex);
   removeDetachedPollers();
+  if (m_withdrawn) {
+    for (GPollFD& node : m_pollers) {
+      g_source_add_poll(m_source, &node);
+    }
+    m_withdrawn = false;
+  }
   m_dispatching = false;
   m_dispatched.notify_all();
 }
@@ -231,7 +257,7 @@ void LinGlibAsyncCallDispatcher::removeDetachedPollers() {
 bool LinGlibAsyncCallDispatcher::doAttachPollSink(const pollfd& descriptor) {
   const std::lock_guard<std::mutex> lock(m_pollMutex);
   m_pollers.push_back({descriptor.fd, kEvents, 0});
-  if (inContext()) {
+  if (isPolled()) {
     g_source_add_poll(m_source, &m_pollers.back());
   }
   return true;
@@ -247,7 +273,7 @@ void LinGlibAsyncCallDispatcher::doDetachPollSink(const pollfd& descriptor) {
   if (node == m_pollers.end()) {
     return;
   }
-  if (inContext()) {
+  if (isPolled()) {
     g_source_remove_poll(m_source, &*node);
   }
   node->events = 0;

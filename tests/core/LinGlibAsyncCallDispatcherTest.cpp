@@ -286,12 +286,52 @@ TEST_F(LinGlibDispatcher, NestedSleepServesOthersButNotItself) {
   int calls = 0;
   std::function<void()> nest = [&] {
     dispatcher->queueAsyncCall(countUp, &calls);
-    EXPECT_EQ(dispatcher->sleep(0), 0) << "GLib does not enter a source twice";
+    EXPECT_EQ(dispatcher->sleep(0), 0) << "it is not entered twice";
     EXPECT_EQ(calls, 0);
   };
   dispatcher->queueAsyncCall(test::run, &nest);
   EXPECT_EQ(dispatcher->sleep(-1), 1);
   EXPECT_EQ(calls, 1);
+}
+
+TEST_F(LinGlibDispatcher, NestedSleepKeepsItsTimeWhileCallsWait) {
+  int calls = 0;
+  std::function<void()> nest = [&] {
+    dispatcher->queueAsyncCall(countUp, &calls);
+    const auto end = test::inMs(20);
+    while (std::chrono::steady_clock::now() < end) {
+      EXPECT_EQ(dispatcher->sleep(20), 0);
+    }
+    EXPECT_EQ(calls, 0);
+  };
+  dispatcher->queueAsyncCall(test::run, &nest);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(calls, 1);
+}
+
+TEST_F(LinGlibDispatcher, WhatIsAttachedAndDetachedBetweenNestedTurnsHoldsAfterThem) {
+  const Channel channels[3];
+  int events[3] = {};
+  std::vector<Sink> sinks;
+  for (int i = 0; i < 3; ++i) {
+    sinks.emplace_back(
+        [&events, &channels, i](const pollfd&) { events[i] += channels[i].answer() ? 1 : 0; });
+  }
+  ASSERT_TRUE(dispatcher->attachPollSink(channels[0].descriptor(), &sinks[0]));
+  ASSERT_TRUE(dispatcher->attachPollSink(channels[1].descriptor(), &sinks[1]));
+  std::function<void()> nest = [&] {
+    EXPECT_EQ(dispatcher->sleep(0), 0);
+    EXPECT_TRUE(dispatcher->attachPollSink(channels[2].descriptor(), &sinks[2]));
+    dispatcher->detachPollSink(channels[1].descriptor());
+    for (const Channel& channel : channels) channel.ring();
+    EXPECT_EQ(dispatcher->sleep(0), 0);
+  };
+  dispatcher->queueAsyncCall(test::run, &nest);
+  while (dispatcher->sleep(0) == 1) {
+  }
+  EXPECT_THAT(events, ElementsAre(1, 0, 1));
+  dispatcher->detachPollSink(channels[0].descriptor());
+  dispatcher->detachPollSink(channels[2].descriptor());
 }
 
 TEST(LinGlibAsyncCallDispatcher, EachThreadHasItsOwn) {

@@ -18,7 +18,7 @@ namespace trelvo::core {
 /// All dispatchers of this kind share the one default context, so the callbacks of each run on the
 /// thread that runs the context, whichever thread made it. Use the poll form on further threads.
 ///
-/// GLib does not enter a source twice: a sleep, or a further main loop, inside a callback runs what
+/// A dispatcher is not entered twice: a sleep, or a further main loop, inside a callback runs what
 /// else is in the context, but none of this dispatcher's calls, descriptors and timers.
 ///
 /// Where all the sinks that were to be served together threw, GLib takes the dispatcher out of the
@@ -62,6 +62,8 @@ class TRELVO_EXPORT LinGlibAsyncCallDispatcher : public LinAsyncCallDispatcher {
   void joinContext(GSource* source);
   void leaveContext();
   bool inContext() const;
+  bool isPolled() const;
+  void withdrawWhileDispatching();
   bool readable();
   static LinGlibAsyncCallDispatcher* beginDispatch(GSource* source);
   bool dispatch();
@@ -75,6 +77,7 @@ class TRELVO_EXPORT LinGlibAsyncCallDispatcher : public LinAsyncCallDispatcher {
   std::list<GPollFD> m_pollers;         // under m_pollMutex; GLib knows the nodes by address
   std::atomic<int> m_sleepTimeout{-1};  // milliseconds; read by whoever runs the context
   bool m_dispatching = false;           // under m_pollMutex
+  bool m_withdrawn = false;  // under m_pollMutex: the context polls none of the descriptors
   std::condition_variable m_dispatched;
 };
 
