@@ -5,6 +5,7 @@
 
 #include "crypto/EvpContext.h"
 #include "crypto/Wiped.h"
+#include "objects/BufferTail.h"
 
 namespace trelvo {
 
@@ -30,6 +31,34 @@ const EVP_CIPHER* chosenCipher(const crypto::Cryptor& cryptor) noexcept {
 
 bool hasSize(const ReadOnlyBuffer& bytes, int size) noexcept {
   return bytes.data() != nullptr && bytes.size() == static_cast<unsigned int>(size);
+}
+
+/// Passes the bytes into the room of a buffer, which is `room` bytes long.
+Status passInto(BufferTail& tail, unsigned int room, EVP_CIPHER_CTX* context,
+                const unsigned char* input, std::size_t length) noexcept {
+  const ErrorQueueGuard errors;
+  std::size_t produced = 0;
+  if (!passThroughCipher(context, tail.room(), produced, input, length)) {
+    OPENSSL_cleanse(tail.room(), room);
+    return StatusFailed;
+  }
+  tail.wrote(static_cast<unsigned int>(produced));
+  return StatusOk;
+}
+
+/// The same into a block of that length, and appends what came out.
+Status passByCopy(Buffer& output, unsigned int room, EVP_CIPHER_CTX* context,
+                  const unsigned char* input, std::size_t length) noexcept {
+  const WipedBlock bytes(room);
+  if (!bytes) {
+    return StatusOutOfMemory;
+  }
+  const ErrorQueueGuard errors;
+  std::size_t produced = 0;
+  if (!passThroughCipher(context, bytes.data(), produced, input, length)) {
+    return StatusFailed;
+  }
+  return appendOutput(output, bytes.data(), produced);
 }
 
 }  // namespace
@@ -72,7 +101,7 @@ Status EvpCryptorLin::startAs(Direction direction, const crypto::CryptoParams& p
              : StatusFailed;
 }
 
-Status EvpCryptorLin::passThrough(const ReadOnlyBuffer& input, Buffer& output) {
+Status EvpCryptorLin::passThrough(const ReadOnlyBuffer& input, Buffer& output) try {
   const std::size_t left = input.leftForReading();
   if (input.data() == nullptr || left == 0) {
     return StatusInvalidParameter;
@@ -84,17 +113,13 @@ Status EvpCryptorLin::passThrough(const ReadOnlyBuffer& input, Buffer& output) {
   if (left > std::numeric_limits<unsigned int>::max() - spare) {
     return StatusOutOfMemory;
   }
-  const WipedBlock bytes(left + spare);
-  if (!bytes) {
-    return StatusOutOfMemory;
-  }
-  const ErrorQueueGuard errors;
-  std::size_t produced = 0;
-  if (!passThroughCipher(m_context, bytes.data(), produced, input.data() + input.readPosition(),
-                         left)) {
-    return StatusFailed;
-  }
-  return appendOutput(output, bytes.data(), produced);
+  const auto room = static_cast<unsigned int>(left + spare);
+  const unsigned char* const bytes = input.data() + input.readPosition();
+  BufferTail tail(output, room, bytes);
+  return tail.room() != nullptr ? passInto(tail, room, m_context, bytes, left)
+                                : passByCopy(output, room, m_context, bytes, left);
+} catch (const std::bad_alloc&) {
+  return StatusOutOfMemory;
 }
 
 Status EvpCryptorLin::passLast(Buffer& output) {

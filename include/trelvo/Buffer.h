@@ -85,6 +85,7 @@ class TRELVO_EXPORT Buffer : public ReadOnlyBuffer {
   Status setWritePosition(unsigned int position) noexcept;
 
  private:
+  friend class BufferTail;
   friend class WireWriter;
 
   unsigned char* roomForWriting(unsigned int count);

@@ -221,6 +221,37 @@ TEST(EvpCryptorLin, AddChunkAppendsWhereTheBufferStands) {
   EXPECT_EQ(contentOf(output), joined({bytes("010203"), nistCtr()}));
 }
 
+TEST(EvpCryptorLin, AddChunkOverwritesWhereTheWritePositionWasMovedBack) {
+  const Cryptor cryptor = encryptor(kCtr);
+  ASSERT_EQ(start(cryptor, aesKey(), counter()), StatusOk);
+  Buffer output;
+  output.fill(7, 80);
+  ASSERT_EQ(output.setWritePosition(2), StatusOk);
+  EXPECT_EQ(cryptor->add_chunk(view(nistPlain()), output), StatusOk);
+  EXPECT_EQ(contentOf(output), joined({Bytes(2, 7), nistCtr(), Bytes(14, 7)}));
+  EXPECT_EQ(output.writePosition(), 66U);
+}
+
+TEST(EvpCryptorLin, AddChunkTakesItsInputFromTheOutputToo) {
+  for (const unsigned int room : {64U, 4096U}) {
+    const Cryptor cryptor = encryptor(kCtr);
+    ASSERT_EQ(start(cryptor, aesKey(), counter()), StatusOk);
+    Buffer output(room);
+    output.append(nistPlain().data(), 64);
+    EXPECT_EQ(cryptor->add_chunk(output, output), StatusOk);
+    EXPECT_EQ(contentOf(output), joined({nistPlain(), nistCtr()}));
+  }
+}
+
+TEST(EvpCryptorLin, AddChunkGrowsAFullBuffer) {
+  const Cryptor cryptor = encryptor(kCtr);
+  ASSERT_EQ(start(cryptor, aesKey(), counter()), StatusOk);
+  Buffer output;
+  output.fill(7, 500);
+  EXPECT_EQ(cryptor->add_chunk(view(nistPlain()), output), StatusOk);
+  EXPECT_EQ(contentOf(output), joined({Bytes(500, 7), nistCtr()}));
+}
+
 TEST(EvpCryptorLin, NothingToReadIsAnInvalidParameter) {
   const Cryptor cryptor = encryptor(kCbc);
   ASSERT_EQ(start(cryptor, aesKey(), cbcIv()), StatusOk);
