@@ -90,14 +90,10 @@ const bool kRegistered =
     registerDownload<Flushed<OpenSslCbc, NoSum>>("cbc", "floor:blocks_100k+EVP") &&
     registerDownload<Plainly<OpenSslCbc, NoSum>>("cbc", "libcurl+EVP") &&
     registerDownload<Flushed<OpenSslCbc, ZlibSum>>("both", "blocks_100k+EVP+zlib") &&
-    registerDownload<Plainly<OpenSslCbc, ZlibSum>>("both", "libcurl+EVP+zlib");
-
-#if BENCH_LIBDEFLATE
-const bool kFloorsRegistered =
+    registerDownload<Plainly<OpenSslCbc, ZlibSum>>("both", "libcurl+EVP+zlib") &&
     registerDownload<Flushed<NoCipher, LibdeflateSum>>("crc", "floor:blocks_100k+libdeflate") &&
     registerDownload<Flushed<OpenSslCbc, LibdeflateSum>>("both",
                                                          "floor:blocks_100k+EVP+libdeflate");
-#endif
 
 }  // namespace
 

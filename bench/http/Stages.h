@@ -3,15 +3,12 @@
 // What the bytes of a download go through on their way into the file, each stage by the library
 // that a caller would take for it.
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 #include <boost/crc.hpp>
 #include <cstddef>
 #include <vector>
-
-#if BENCH_LIBDEFLATE
-#include <libdeflate.h>
-#endif
 
 #include "bench/Must.h"
 #include "bench/http/Server.h"
@@ -91,7 +88,6 @@ class BoostSum {
   boost::crc_32_type m_sum;
 };
 
-#if BENCH_LIBDEFLATE
 /// By carry-less multiplication, where the processor has it.
 class LibdeflateSum {
  public:
@@ -101,6 +97,5 @@ class LibdeflateSum {
  private:
   unsigned int m_sum = 0;
 };
-#endif
 
 }  // namespace bench
