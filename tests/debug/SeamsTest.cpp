@@ -7,7 +7,6 @@
 #include "tests/debug/TestPlatform.h"
 
 using trelvo::Debug;
-using trelvo::DebugCommon;
 using trelvo::test::Connected;
 using trelvo::test::LogDirectory;
 using trelvo::test::logged;

@@ -17,7 +17,6 @@ namespace {
 using gom::SharedPointer;
 using test::Bytes;
 using test::bytes;
-using test::joined;
 using test::readFrom;
 using test::written;
 

@@ -253,7 +253,7 @@ class CellGroup {
   }
 
   static gom::SharedPointer<typename Radio::Dn> dnOf(const GeosubmitTower& tower) {
-    const auto dn = made(Radio::Dn::create());
+    auto dn = made(Radio::Dn::create());
     if (tower.mcc) dn->setMcc(static_cast<unsigned short>(*tower.mcc));
     if (tower.mnc) dn->setMnc(static_cast<unsigned short>(*tower.mnc));
     Radio::setDn(*dn, tower);
@@ -261,7 +261,7 @@ class CellGroup {
   }
 
   static gom::SharedPointer<typename Radio::Serving> servingOf(const GeosubmitTower& tower) {
-    const auto serving = made(Radio::Serving::create());
+    auto serving = made(Radio::Serving::create());
     const auto nw = made(Radio::Nw::create());
     Radio::setRadio(*nw, tower);
     if (!nw->isEmpty()) serving->setNwMeasurement(nw);

@@ -1,6 +1,5 @@
 #include "tools/trelvo/KeyFile.h"
 
-#include <string.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -37,7 +36,7 @@ class KeyText {
   }
 
  private:
-  char m_text[32768];
+  char m_text[32768] = {};
   std::size_t m_size = 0;
 };
 
