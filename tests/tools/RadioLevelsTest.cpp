@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <limits>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -98,53 +95,6 @@ TEST(RadioLevels, RangesReadAsText) {
   EXPECT_EQ(levelText(LevelScale::UtraFddEcNo, 49), "0 dB or above");
   EXPECT_EQ(levelText(LevelScale::EUtraRsrq, 1), "-19.5 to -19 dB");
   EXPECT_EQ(levelText(LevelScale::UtraFddRscp, -100), "no code of TS 25.133");
-}
-
-std::string manualPage() {
-  std::ifstream file(TRELVO_TEST_DATA "/../tools/trelvo/trelvo.1");
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
-// The rows between .TS and .TE but for the heading, cells parted by "|".
-std::vector<std::string> manualRows() {
-  const std::string page = manualPage();
-  const std::size_t begin = page.find(".TS\n");
-  const std::size_t end = page.find(".TE\n");
-  std::vector<std::string> rows;
-  if (begin == std::string::npos || end == std::string::npos) {
-    return rows;
-  }
-  std::istringstream lines(page.substr(begin, end - begin));
-  for (std::string line; std::getline(lines, line);) {
-    if (std::count(line.begin(), line.end(), '|') == 7 && line.find("3GPP") == std::string::npos) {
-      line.erase(std::remove(line.begin(), line.end(), '\\'), line.end());
-      rows.push_back(line);
-    }
-  }
-  return rows;
-}
-
-std::string numberText(double value) {
-  std::ostringstream text;
-  text << value;
-  return text.str();
-}
-
-std::string manualRow(const LevelScaleInfo& row) {
-  return std::string(row.name) + "|" + row.field + "|" + std::string(row.document).substr(3) + "|" +
-         std::to_string(row.lowestCode) + "|" + numberText(row.lowest) + "|" +
-         std::to_string(row.highestCode) + "|" + numberText(row.highest) + "|" +
-         numberText(row.step) + " " + row.unit;
-}
-
-TEST(RadioLevels, TheManualPageHasTheSameTable) {
-  const std::vector<std::string> rows = manualRows();
-  ASSERT_EQ(rows.size(), levelScales().size());
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    EXPECT_EQ(rows[i], manualRow(levelScales()[i]));
-  }
 }
 
 }  // namespace

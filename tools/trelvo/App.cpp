@@ -2,9 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <memory>
 #include <new>
 #include <string>
 
+#include "tools/trelvo/CommandTree.h"
 #include "tools/trelvo/FetchCommand.h"
 #include "tools/trelvo/GeoCommand.h"
 #include "tools/trelvo/ImportCommand.h"
@@ -38,9 +40,12 @@ int reportFailure(const char* reason, CommandContext& context) {
 
 }  // namespace
 
-int runTrelvo(int argc, const char* const* argv, CommandContext& context) {
-  CLI::App app(kDescription, "trelvo");
-  app.set_version_flag("--version", "trelvo " TRELVO_VERSION);
+std::unique_ptr<CLI::App> makeApp(CommandContext& context) {
+  auto made = std::make_unique<CLI::App>(kDescription, "trelvo");
+  CLI::App& app = *made;
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.set_help_flag("-h,--help", "Show this help");
+  app.set_version_flag("--version", "trelvo " TRELVO_VERSION, "Show the version");
   app.failure_message(usageMessage);
   app.require_subcommand(1);
   app.footer("trelvo COMMAND --help tells more about a command.");
@@ -51,6 +56,12 @@ int runTrelvo(int argc, const char* const* argv, CommandContext& context) {
   addLogCommand(app, context);
   addFetchCommand(app, context);
   addNetCommand(app, context);
+  return made;
+}
+
+int runTrelvo(int argc, const char* const* argv, CommandContext& context) {
+  const std::unique_ptr<CLI::App> made = makeApp(context);
+  CLI::App& app = *made;
   try {
     app.parse(argc, argv);
     return context.exitStatus;

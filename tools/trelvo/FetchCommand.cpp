@@ -37,7 +37,7 @@ constexpr const char* kExamples =
     "connection\n"
     "of unknown kind: downloads work, and --allow is refused.\n\n"
     "Examples:\n"
-    "  trelvo fetch http://127.0.0.1:8000/drive.log -o drive.log --crc 1c291ca3\n"
+    "  trelvo fetch http://127.0.0.1:8000/drive.log -o drive.log --crc 37254fe5\n"
     "  trelvo fetch http://server/tile.aes -o tile --decrypt-key key.bin --decrypt-iv iv.bin\n"
     "  trelvo fetch http://server/tile -o tile.sealed --seal tiles --storage ~/.trelvo\n"
     "  trelvo fetch http://server/tile -o tile --allow wlan\n"
@@ -248,7 +248,9 @@ void addFetchCommand(CLI::App& app, CommandContext& context) {
   CLI::App* command = app.add_subcommand("fetch", "Download a file over plain http");
   command->add_option("URL", options->address, "http://SERVER[:PORT]/PATH; https is not spoken")
       ->required();
-  command->add_option("-o,--output", options->output, "File to write")->check(checkOutput);
+  command->add_option("-o,--output", options->output, "File to write")
+      ->type_name("FILE")
+      ->check(checkOutput);
   addDownloadOptions(*command, options);
   addAllow(*command, options);
   auto* check = command->add_flag("--check", options->checkOnly,

@@ -218,12 +218,15 @@ void addImportCommand(CLI::App& app, CommandContext& context) {
                                          "containers, lists of cell towers into injections");
   command->add_option("FILE", options->files, "Input files; - is standard input")->required();
   command->add_option("-o,--output", options->output, "File to write; - is standard output")
+      ->type_name("OUT")
       ->required();
   command->add_option("--format", options->format, "auto (by content), cells, geosubmit or nmea")
+      ->type_name("FORMAT")
       ->transform(CLI::CheckedTransformer(kFormats));
   command
       ->add_option("--date", options->dateText,
                    "Day, YYYY-MM-DD, of fixes whose log names none (NMEA)")
+      ->type_name("DATE")
       ->check(checkDate);
   command->add_flag("--verify", options->verify, "Read the file back and compare every container");
   addSealedOptions(*command, options->store,

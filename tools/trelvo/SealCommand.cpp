@@ -23,7 +23,7 @@ constexpr const char* kSealHelp =
     "two files under one key give away how they differ. OUT is for its owner only when it is "
     "new.\n\n"
     "Examples:\n"
-    "  trelvo seal drive-0904 drive.trelvo drive.sealed\n"
+    "  trelvo seal --storage keys drive-0904 drive.trelvo drive.sealed\n"
     "  xz -dc drive.xz | trelvo seal --storage keys drive-0904 - drive.sealed";
 
 constexpr const char* kUnsealHelp =
@@ -31,7 +31,7 @@ constexpr const char* kUnsealHelp =
     "what\n"
     "comes out is noise, and only its content tells. trelvo show --sealed looks.\n\n"
     "Examples:\n"
-    "  trelvo unseal drive-0904 drive.sealed drive.trelvo\n"
+    "  trelvo unseal --storage keys drive-0904 drive.sealed drive.trelvo\n"
     "  trelvo unseal --storage keys drive-0904 drive.sealed - | trelvo show -";
 
 struct SealOptions {
