@@ -16,7 +16,6 @@
 namespace trelvo::core {
 namespace {
 
-using test::AllocationsSucceed;
 using test::everyAllocationFails;
 using test::TempDirectory;
 using test::writeFile;

@@ -12,7 +12,6 @@ namespace trelvo::core {
 
 namespace {
 
-using ::testing::_;
 using ::testing::Return;
 using ::testing::StrictMock;
 

@@ -317,7 +317,7 @@ TEST_F(LinGlibDispatcher, WhatIsAttachedAndDetachedBetweenNestedTurnsHoldsAfterT
     sinks.emplace_back(
         [&events, &channels, i](const pollfd&) { events[i] += channels[i].answer() ? 1 : 0; });
   }
-  ASSERT_TRUE(dispatcher->attachPollSink(channels[0].descriptor(), &sinks[0]));
+  ASSERT_TRUE(dispatcher->attachPollSink(channels[0].descriptor(), sinks.data()));
   ASSERT_TRUE(dispatcher->attachPollSink(channels[1].descriptor(), &sinks[1]));
   std::function<void()> nest = [&] {
     EXPECT_EQ(dispatcher->sleep(0), 0);

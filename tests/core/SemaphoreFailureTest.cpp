@@ -15,7 +15,7 @@ using test::SystemCall;
 using test::systemLog;
 
 gom::SharedPointer<ISemaphore> semaphoreWith(unsigned int tokens) {
-  const auto semaphore = ISemaphore::create(0, 10);
+  auto semaphore = ISemaphore::create(0, 10);
   EXPECT_TRUE(tokens == 0 || semaphore->signal(tokens, nullptr));
   return semaphore;
 }

@@ -11,9 +11,10 @@ class BlockFileModel {
  public:
   static constexpr unsigned int kUnlimited = ~0U;
 
-  /// Over `disk`, standing at `base`. `endByPosition` as in MemoryFile. The file takes `room` bytes
-  /// more and then fails, in the middle of a write where that is so.
-  BlockFileModel(Bytes disk, unsigned int base, bool endByPosition, unsigned int room = kUnlimited);
+  /// Over `bytes`, standing at `base`. `endByPosition` as in MemoryFile. The file takes `room`
+  /// bytes more and then fails, in the middle of a write where that is so.
+  BlockFileModel(Bytes bytes, unsigned int base, bool endByPosition,
+                 unsigned int room = kUnlimited);
 
   bool seekFromStart(unsigned int logical);
   bool seekFromEnd(unsigned int distance);

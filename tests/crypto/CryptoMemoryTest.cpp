@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-
+#include <cstdlib>
 #include <new>
 #include <string>
 

@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <stdlib.h>
-
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <openssl/crypto.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <cstddef>

@@ -159,7 +159,7 @@ TEST(Utility, LocalScaleOfNaNOrInfinityIsNaN) {
 
 TEST(Utility, MetresPerDegreeAreTheReciprocals) {
   for (const ScaleRow& row : kScaleRows) {
-    double lonDegrees, latDegrees, lonMetres, latMetres;
+    double lonDegrees = 0.0, latDegrees = 0.0, lonMetres = 0.0, latMetres = 0.0;
     ASSERT_TRUE(Utility::meterInDegrees(row.latitude, lonDegrees, latDegrees));
     ASSERT_TRUE(Utility::degreeInMeters(row.latitude, lonMetres, latMetres));
     EXPECT_EQ(lonMetres, 1.0 / lonDegrees);

@@ -18,7 +18,7 @@ constexpr unsigned int kLevelsToSweep[] = {6,  7,  8,  9,  10, 11, 12, 13, 14,
 
 // pow and floor, as the formula is written; for levels where no shift leaves 64 bits.
 unsigned long long idByPowAndFloor(double latitude, double longitude, unsigned int level) {
-  const double n = static_cast<double>(static_cast<unsigned int>(std::pow(2.0, level)));
+  const auto n = static_cast<double>(static_cast<unsigned int>(std::pow(2.0, level)));
   const double latIndex = std::floor((latitude + 90.0) / 180.0 * n);
   const double lonIndex = std::floor(n * ((longitude + 180.0) / 360.0));
   return (1ull << (2 * level)) | static_cast<unsigned long long>(latIndex) << level |
@@ -147,8 +147,8 @@ TEST(Utility, ParsedCornerIsWithinOneTileOfThePosition) {
     const double lat = uniform(-90.0, 90.0);
     const double lon = uniform(-180.0, 180.0);
     const auto id = Utility::wlanRmTileId(lat, lon, kLevelsToSweep[i % 18]);
-    double south, west, height, width;
-    unsigned int level;
+    double south = 0.0, west = 0.0, height = 0.0, width = 0.0;
+    unsigned int level = 0;
     ASSERT_TRUE(Utility::parseWlanRmTileId(id, south, west, level));
     ASSERT_TRUE(Utility::wlanRmTileSizeInDegrees(id, height, width));
     ASSERT_TRUE(Utility::isPositionInsideArea(south, west, height, width, lat, lon))

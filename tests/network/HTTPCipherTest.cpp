@@ -59,7 +59,7 @@ std::string enciphered(const std::string& plain) {
             1);
   EXPECT_EQ(EVP_EncryptUpdate(context.get(), out, &used, in, static_cast<int>(plain.size())), 1);
   EXPECT_EQ(EVP_EncryptFinal_ex(context.get(), out + used, &last), 1);
-  cipher.resize(static_cast<std::size_t>(used + last));
+  cipher.resize(static_cast<std::size_t>(used) + static_cast<std::size_t>(last));
   return cipher;
 }
 

@@ -852,7 +852,8 @@ class FailingObject : public GenericObject {
  public:
   FailingObject() : GenericObject(7) {}
   [[nodiscard]] bool write(IStream& stream) const override {
-    return stream.writeUint8('!') && false;
+    stream.writeUint8('!');
+    return false;
   }
 };
 

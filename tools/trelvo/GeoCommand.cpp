@@ -122,7 +122,7 @@ std::array<double, 4> valuesOf(const GeoOptions& options) {
 }
 
 Options addCommand(CLI::App& command, CommandContext& context, Compute compute) {
-  const auto options = std::make_shared<GeoOptions>();
+  auto options = std::make_shared<GeoOptions>();
   addJson(command, options);
   command.callback([options, &context, compute = std::move(compute)] {
     compute(valuesOf(*options).data(), GeoAnswer(*options, context));

@@ -10,7 +10,7 @@ namespace trelvo::tool {
 using nlohmann::json;
 
 const json* GeosubmitFields::member(const char* key) {
-  m_asked.push_back(key);
+  m_asked.emplace_back(key);
   const auto found = m_object.find(key);
   return found == m_object.end() || found->is_null() ? nullptr : &*found;
 }

@@ -110,7 +110,7 @@ gom::SharedPointer<schema::WlanDn> readAddress(GeosubmitFields& fields) {
     fields.notes().count(GeosubmitImporter::kBadAddress);
     return nullptr;
   }
-  const auto dn = made(schema::WlanDn::create());
+  auto dn = made(schema::WlanDn::create());
   dn->setBssid(bytes->data(), static_cast<unsigned int>(bytes->size()));
   return dn;
 }
@@ -121,7 +121,7 @@ gom::SharedPointer<schema::WlanMeasurement> readAccessPoint(
   if (!dn) {
     return nullptr;
   }
-  const auto measurement = made(schema::WlanMeasurement::create());
+  auto measurement = made(schema::WlanMeasurement::create());
   if (const auto stamp = readTime(fields, reportMs)) {
     expectStored(measurement->setTimeStamp(*stamp));
   }

@@ -75,7 +75,7 @@ class SourceIterator {
 };
 
 // Puts one element together from the parser's events.
-class ItemBuilder {
+class ItemBuilder {  // NOLINT(bugprone-exception-escape): moving a json value throws nothing
  public:
   void clear() {
     m_open.clear();
@@ -109,7 +109,8 @@ class ItemBuilder {
   std::string m_key;
 };
 
-// Receives the parser's events of one document.
+// Receives the parser's events of one document. The parser names them.
+// NOLINTBEGIN(readability-identifier-naming)
 class ItemCollector {
  public:
   using number_integer_t = json::number_integer_t;
@@ -153,8 +154,8 @@ class ItemCollector {
 
   bool parse_error(std::size_t, const std::string&, const json::exception& error) {
     const std::string text = error.what();
-    const size_t detail = text.find(": ");
-    throw GeosubmitItems::Damage(detail == text.npos ? text : text.substr(detail + 2));
+    const std::size_t detail = text.find(": ");
+    throw GeosubmitItems::Damage(detail == std::string::npos ? text : text.substr(detail + 2));
   }
 
   bool hadItems() const { return m_hadItems; }
@@ -240,6 +241,7 @@ class ItemCollector {
   unsigned long long m_itemStart = 0;
   unsigned long long m_itemLine = 0;
 };
+// NOLINTEND(readability-identifier-naming)
 
 bool skipBlanks(ImportSource& source) {
   for (int byte = source.peek(); byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';

@@ -7,7 +7,6 @@
 #include <trelvo/ReadOnlyBuffer.h>
 #include <trelvo/Status.h>
 #include <unistd.h>
-#include <cstring>
 
 #include <cerrno>
 #include <cstring>

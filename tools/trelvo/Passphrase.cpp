@@ -1,7 +1,6 @@
 #include "tools/trelvo/Passphrase.h"
 
 #include <unistd.h>
-#include <cstring>
 
 #include <cerrno>
 #include <cstdlib>

@@ -36,7 +36,7 @@ Addresses addressesOf(const HttpUrl& url) {
   addrinfo hints = {};
   hints.ai_socktype = SOCK_STREAM;
   addrinfo* found = nullptr;
-  ::getaddrinfo(url.host.c_str(), url.port.c_str(), &hints, &found);
+  static_cast<void>(::getaddrinfo(url.host.c_str(), url.port.c_str(), &hints, &found));
   return {found, &::freeaddrinfo};
 }
 
@@ -58,7 +58,7 @@ class Conversation {
   bool connect(const addrinfo& address) {
     m_socket = UniqueFd(::socket(address.ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     m_waited.front().fd = m_socket.get();
-    ::connect(m_socket.get(), address.ai_addr, address.ai_addrlen);
+    static_cast<void>(::connect(m_socket.get(), address.ai_addr, address.ai_addrlen));
     int error = 0;
     socklen_t size = sizeof error;
     return waitFor(POLLOUT) &&
