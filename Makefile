@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 BUILD = cmake --build --preset
 
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage clean
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage abi clean
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
@@ -15,6 +15,7 @@ help:
 	@echo 'make docs         the manual, from the headers and docs/'
 	@echo 'make tidy         clang-tidy and clang-format over the sources'
 	@echo 'make coverage     run all tests, print line and branch coverage'
+	@echo 'make abi          compare the binary interface with the last release'
 	@echo 'make clean        remove build/'
 
 demo:
@@ -67,6 +68,12 @@ coverage:
 	@scripts/install-deps coverage
 	$(call run_tests,coverage)
 	scripts/coverage build/coverage
+
+abi:
+	@scripts/install-deps package
+	test -f build/debug/build.ninja || cmake --preset debug -DTRELVO_TESTS=OFF
+	$(BUILD) debug -j $(JOBS) --target trelvocore
+	scripts/abi build/debug
 
 clean:
 	rm -rf build
