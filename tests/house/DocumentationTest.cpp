@@ -49,6 +49,18 @@ void expectRoundTrip(unsigned short classId, const Bytes& bytes) {
   EXPECT_EQ(contentOf(out), bytes);
 }
 
+/// Whether a generic object takes exactly these bytes and writes them again.
+void expectObjectRoundTrip(const Bytes& bytes) {
+  BufferStream in;
+  fill(in, bytes);
+  const auto object = gom::GenericObject::create(in);
+  ASSERT_TRUE(object);
+  EXPECT_TRUE(in.eof());
+  BufferStream out;
+  ASSERT_TRUE(object->write(out));
+  EXPECT_EQ(contentOf(out), bytes);
+}
+
 bool reads(unsigned short classId, const Bytes& bytes) {
   BufferStream in;
   fill(in, bytes);
@@ -247,6 +259,34 @@ TEST(WireFormatPage, ItsDumpReadsAsItsRemarksSay) {
 }
 
 TEST(Readme, ItsDumpReadsAsItsRemarksSay) { expectDumpOfTheGeranContainer("README.md"); }
+
+TEST(WireDumpsPage, EveryDumpReadsWholeAndIsWrittenAgain) {
+  const std::string text = sourceFile("docs/wire-dumps.md");
+  const std::size_t objects = hexDumps(text.substr(0, text.find("## Generic objects"))).size();
+  const std::vector<Bytes> dumps = hexDumps(text);
+  ASSERT_EQ(dumps.size() - objects, page().objectKeys.size());
+  for (std::size_t i = 0; i < dumps.size(); ++i) {
+    if (i < objects) {
+      const auto classId = static_cast<unsigned short>(dumps[i].at(0) | dumps[i].at(1) << 8);
+      expectRoundTrip(classId, Bytes(dumps[i].begin() + 2, dumps[i].end()));
+    } else {
+      expectObjectRoundTrip(dumps[i]);
+    }
+  }
+}
+
+TEST(WireDumpsPage, HasEachClassWithAWireFormAndEachObjectKey) {
+  const std::string text = sourceFile("docs/wire-dumps.md");
+  for (const WireFormatPage::ClassId& each : page().classIds) {
+    const std::string heading = "### Bytes of " + std::to_string(each.id) + " `" + each.name + "`";
+    EXPECT_EQ(text.find(heading) != std::string::npos, each.hasWireForm) << heading;
+  }
+  for (const WireFormatPage::ObjectKey& each : page().objectKeys) {
+    const std::string heading =
+        "### Bytes of object key " + std::to_string(each.key) + ", `" + each.name + "`";
+    EXPECT_NE(text.find(heading), std::string::npos) << heading;
+  }
+}
 
 TEST(HexDumps, ALineWithAWrongOffsetSpoilsTheDump) {
   EXPECT_EQ(hexDumps("```hexdump\n0000  01 00  a\n0002  FF\n```\n").at(0), (Bytes{1, 0, 0xFF}));
