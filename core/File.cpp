@@ -15,6 +15,11 @@ constexpr off_t kLargestPosition = 0xFFFFFFFF;
 
 off_t positionOf(FILE* stream) { return stream == nullptr ? kNoPosition : ftello(stream); }
 
+// Whether offset() gave all ones for want of a position and not for the largest one.
+bool isNone(FILE* stream, unsigned int offset, off_t position) {
+  return stream != nullptr && offset == kLargestPosition && position != kLargestPosition;
+}
+
 // Offsets are signed and wide before they are negated: `long` may have more bits than an unsigned
 // int, or too few for one.
 bool seek(FILE* stream, off_t offset, int origin) {
@@ -51,16 +56,19 @@ bool File::eof() const { return m_stream == nullptr || std::feof(m_stream) != 0;
 bool File::getSize(unsigned int& size) {
   const off_t position = positionOf(m_stream);
   const unsigned int saved = offset();
-  if (!seekFromEnd(0)) {
+  if (isNone(m_stream, saved, position) || !seekFromEnd(0)) {
     return false;
   }
-  if (position > kLargestPosition || positionOf(m_stream) > kLargestPosition) {
+  const off_t end = positionOf(m_stream);
+  if (position > kLargestPosition || end > kLargestPosition) {
     static_cast<void>(moved(seek(m_stream, position, SEEK_SET)));
     return false;
   }
-  size = offset();
+  const unsigned int measured = offset();
+  const bool known = !isNone(m_stream, measured, end);
+  size = known ? measured : size;
   static_cast<void>(seekFromStart(saved));
-  return true;
+  return known;
 }
 
 bool File::canRead() const { return (m_flags & FlagReadable) != 0; }
@@ -70,33 +78,33 @@ bool File::canSeek() const { return (m_flags & FlagSeekable) != 0; }
 bool File::canWrite() const { return (m_flags & FlagWritable) != 0; }
 
 // A stream must not turn from one to the other without a flush or a seek: glibc loses bytes then.
-void File::turnToReading() {
-  if (m_last == Move::Write) {
-    static_cast<void>(std::fflush(m_stream));
+bool File::turnToReading() {
+  if (m_last == Move::Write && std::fflush(m_stream) != 0) {
+    return false;
   }
   m_last = Move::Read;
+  return true;
 }
 
-void File::turnToWriting() {
-  if (m_last == Move::Read && std::feof(m_stream) == 0) {
-    static_cast<void>(seek(m_stream, 0, SEEK_CUR));
+bool File::turnToWriting() {
+  if (m_last == Move::Read && std::feof(m_stream) == 0 && !seek(m_stream, 0, SEEK_CUR)) {
+    return false;
   }
   m_last = Move::Write;
+  return true;
 }
 
 unsigned int File::read(unsigned char* target, unsigned int count) {
-  if (m_stream == nullptr || count == 0) {
+  if (m_stream == nullptr || count == 0 || !turnToReading()) {
     return 0;
   }
-  turnToReading();
   return static_cast<unsigned int>(std::fread(target, 1, count, m_stream));
 }
 
 unsigned int File::write(const unsigned char* source, unsigned int count) {
-  if (m_stream == nullptr || count == 0) {
+  if (m_stream == nullptr || count == 0 || !turnToWriting()) {
     return 0;
   }
-  turnToWriting();
   return static_cast<unsigned int>(std::fwrite(source, 1, count, m_stream));
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <new>
 
 #include <openssl/crypto.h>
@@ -14,6 +15,9 @@ namespace trelvo {
 namespace {
 
 constexpr unsigned int kInBlock = CryptoFileCommon::kBlockSize - 1;  // the bits of a place in it
+
+/// What a file answers that cannot tell where it stands.
+constexpr unsigned int kNowhere = ~0U;
 
 }  // namespace
 
@@ -32,7 +36,8 @@ ICryptoFile* ICryptoFile::open(gom::SharedPointer<core::IFile> file, unsigned ch
     return nullptr;
   }
   try {
-    return new (std::nothrow) CryptoFileLin(file, key, iv);
+    std::unique_ptr<CryptoFileLin> crypto(new (std::nothrow) CryptoFileLin(file, key, iv));
+    return crypto != nullptr && crypto->isPlace(0) ? crypto.release() : nullptr;
   } catch (const std::bad_alloc&) {
     return nullptr;
   }
@@ -43,6 +48,11 @@ CryptoFileCommon::CryptoFileCommon(const gom::SharedPointer<core::IFile>& file,
     : m_file(file), m_baseOffset(file->offset()) {
   std::memcpy(m_key, key, sizeof m_key);
   std::memcpy(m_iv, iv, sizeof m_iv);
+}
+
+/// Whether `offset`, of the file, is a place that the base can be taken from.
+bool CryptoFileCommon::isPlace(unsigned int offset) const noexcept {
+  return offset != kNowhere && m_baseOffset != kNowhere;
 }
 
 CryptoFileCommon::~CryptoFileCommon() {
@@ -85,7 +95,7 @@ unsigned int CryptoFileCommon::trueOffset(unsigned int logical) const {
 }
 
 bool CryptoFileCommon::seekFromStart(unsigned int position) {
-  if (preSeek() != StatusOk || !canReach(trueOffset(position)) ||
+  if (preSeek() != StatusOk || !isPlace(0) || !canReach(trueOffset(position)) ||
       !m_file->seekFromStart(trueOffset(position & ~kInBlock))) {
     return false;
   }
@@ -103,7 +113,12 @@ bool CryptoFileCommon::seekFromEnd(unsigned int distance) {
   if (preSeek() != StatusOk || !m_file->seekFromEnd(0)) {
     return false;
   }
-  const unsigned int size = offset();  // counts a pending place in a block: see the header
+  const unsigned int end = m_file->offset();
+  if (!isPlace(end)) {
+    return false;
+  }
+  // A pending place in a block counts: see the header.
+  const unsigned int size = end - m_baseOffset + m_pendingOffset;
   if (distance > size) {
     return false;
   }
@@ -127,12 +142,26 @@ bool CryptoFileCommon::flush() {
   if (!m_dirty) {
     return m_file->flush();
   }
+  if (!returnToBlock()) {
+    return false;
+  }
   const unsigned int place = m_file->offset();
-  if (writeBlock() != StatusOk) {
+  if (!isPlace(place) || writeBlock() != StatusOk) {
     return false;
   }
   const bool flushed = m_file->flush();
-  return m_file->seekFromStart(place) && flushed;
+  const bool returned = m_file->seekFromStart(place);
+  m_strayedFrom = returned ? kNowhere : place;
+  return returned && flushed;
+}
+
+/// Goes back to where the block in the buffer belongs, when a failure has left the file elsewhere.
+bool CryptoFileCommon::returnToBlock() {
+  if (m_strayedFrom != kNowhere && !m_file->seekFromStart(m_strayedFrom)) {
+    return false;
+  }
+  m_strayedFrom = kNowhere;
+  return true;
 }
 
 unsigned int CryptoFileCommon::read(unsigned char* target, unsigned int count) {
@@ -155,10 +184,16 @@ unsigned int CryptoFileCommon::takeFromBuffer(unsigned char* target, unsigned in
   return chunk;
 }
 
+/// Whether the file stands inside of a block since reading it failed. What follows there would be
+/// deciphered as the start of one.
+bool CryptoFileCommon::failedInBlock() const {
+  return !m_file->good() && myOffset() % kBlockSize != 0;
+}
+
 /// Goes on behind the block in the buffer. @return whether there may be more to read.
 bool CryptoFileCommon::loadMore(unsigned char* target, unsigned int count,
                                 unsigned int& delivered) {
-  if (m_file->eof() || !readRun(target, count, delivered)) {
+  if (m_file->eof() || failedInBlock() || !readRun(target, count, delivered)) {
     return false;
   }
   if (delivered == count) {
@@ -210,14 +245,19 @@ void CryptoFileCommon::resetBuffer() {
   m_validBytes = 0;
   m_position = 0;
   m_dirty = false;
+  m_strayedFrom = kNowhere;
   std::fill_n(m_buffer, kBlockSize, static_cast<unsigned char>(0));
 }
 
 Status CryptoFileCommon::readBlock() {
-  const unsigned int blockIndex = myOffset() / kBlockSize;
+  const unsigned int place = m_file->offset();
+  if (!isPlace(place)) {
+    return StatusFileError;
+  }
   unsigned char stored[kBlockSize];
   const unsigned int size = m_file->read(stored, kBlockSize);
   resetBuffer();
+  const unsigned int blockIndex = (place - m_baseOffset) / kBlockSize;
   return size == 0 ? StatusOk : decryptBlock(blockIndex, stored, size);
 }
 
@@ -227,10 +267,17 @@ Status CryptoFileCommon::loadBlock(bool seekBack) {
     return StatusOk;
   }
   const unsigned int place = m_file->offset();
+  if (!isPlace(place)) {
+    return StatusFileError;
+  }
   const bool behindTheEnd = seekBack && m_endKnown && place >= m_end;
   const Status status = behindTheEnd ? StatusOk : readBlock();
   if (status != StatusOk) {
     return status;
+  }
+  if (seekBack && !behindTheEnd && lacksBytes()) {
+    static_cast<void>(m_file->seekFromStart(place));
+    return StatusFileError;
   }
   m_position = m_pendingOffset;
   m_pendingOffset = 0;
@@ -238,11 +285,27 @@ Status CryptoFileCommon::loadBlock(bool seekBack) {
     return StatusOk;
   }
   noteEnd(place);
-  return !seekBack || m_file->seekFromStart(place) ? StatusOk : StatusFileError;
+  if (seekBack && !m_file->seekFromStart(place)) {
+    m_strayedFrom = place;
+    return StatusFileError;
+  }
+  return StatusOk;
+}
+
+/// Whether the block in the buffer came up short for another reason than the file's end. Written
+/// back it would lose the bytes that did not come.
+bool CryptoFileCommon::lacksBytes() const {
+  return m_validBytes < kBlockSize && !m_file->eof() && !m_file->good();
 }
 
 Status CryptoFileCommon::writeBlock() {
+  if (!returnToBlock()) {
+    return StatusFileError;
+  }
   const unsigned int place = m_file->offset();
+  if (!isPlace(place)) {
+    return StatusFileError;
+  }
   unsigned char stored[kBlockSize];
   unsigned int size = 0;
   const Status status = encryptBlock((place - m_baseOffset) / kBlockSize, stored, size);
@@ -251,6 +314,7 @@ Status CryptoFileCommon::writeBlock() {
   }
   if (m_file->write(stored, size) != size) {
     m_endKnown = false;
+    m_strayedFrom = place;
     return StatusFileError;
   }
   noteWritten(place, size);

@@ -33,7 +33,11 @@ CryptoFileLin* CryptoFileCommon::forRuns() noexcept {
 bool CryptoFileCommon::readRun(unsigned char* target, unsigned int count, unsigned int& delivered) {
   CryptoFileLin* const self = m_pendingOffset == 0 ? forRuns() : nullptr;
   while (self != nullptr && count - delivered >= kBlockSize) {
-    const unsigned int blockIndex = myOffset() / kBlockSize;
+    const unsigned int place = m_file->offset();
+    if (!isPlace(place)) {
+      return false;
+    }
+    const unsigned int blockIndex = (place - m_baseOffset) / kBlockSize;
     const unsigned int size = kBlockSize * std::min({(count - delivered) / kBlockSize, kMostBlocks,
                                                      kBlocks - blockIndex});
     unsigned char* const piece = target + delivered;
@@ -45,7 +49,7 @@ bool CryptoFileCommon::readRun(unsigned char* target, unsigned int count, unsign
     delivered += got;
     keepLastBlock(piece, got, got == size);
     if (got != size) {
-      return got % kBlockSize != 0 && !m_file->eof();
+      return false;
     }
   }
   return true;
@@ -67,6 +71,9 @@ bool CryptoFileCommon::writeRun(const unsigned char* source, unsigned int count,
   // The last block of a call, whole or not, stays in the buffer.
   while (self != nullptr && count - taken > kBlockSize && self->hasRoomForRuns()) {
     const unsigned int place = m_file->offset();
+    if (!isPlace(place)) {
+      return false;
+    }
     if (place < kBlockSize) {
       break;  // Positions have started again behind 4 GiB: loadBlock() goes where they point.
     }
@@ -106,6 +113,7 @@ bool CryptoFileCommon::writePiece(CryptoFileLin& self, unsigned int blockIndex,
   m_validBytes = m_position = kBlockSize;
   m_dirty = true;
   m_endKnown = false;
+  m_strayedFrom = trueOffset((blockIndex + failed) * kBlockSize);
   self.setCounter(blockIndex + failed);
   taken += (failed + 1) * kBlockSize;
   return false;

@@ -58,7 +58,8 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
   unsigned int read(unsigned char* target, unsigned int count) override;
   /// Takes `count` plain bytes; the other bytes of the blocks they touch stay as they are. The last
   /// block waits for a flush, a seek, more bytes or the object's end.
-  /// @return the bytes taken: fewer on failure. A count of 0 loads the block all the same.
+  /// @return the bytes taken: fewer on failure, and then a seek has to come before more. A count of
+  ///         0 loads the block all the same.
   unsigned int write(const unsigned char* source, unsigned int count) override;
   /// Writes the block being written, when it has changed, and flushes the file. The block still
   /// counts as changed, and writing goes on in it.
@@ -97,14 +98,16 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
   /// Empties the block and forgets its changes.
   void resetBuffer();
   /// Loads the block at the file's position, and leaves the file behind it. Nothing to read makes
-  /// an empty block and StatusOk.
+  /// an empty block and StatusOk. @return StatusFileError when the file cannot tell where it
+  /// stands.
   Status readBlock();
   /// The same, with the position put to where a seek wanted it; `seekBack` leaves the file at the
   /// block's start. At the end of the file the block is empty and the wanted position stays
-  /// pending. @return StatusFileError when the file could not be moved.
+  /// pending. @return StatusFileError when the file could not be moved or cannot tell where it
+  /// stands, and with `seekBack` when it is no longer good() and gave less than a block.
   Status loadBlock(bool seekBack);
   /// Writes the block at the file's position, and leaves the file behind it.
-  /// @return StatusFileError when the file took less than all.
+  /// @return StatusFileError when the file took less than all, or cannot tell where it stands.
   Status writeBlock();
   /// Writes the block when it has changed, empties it and goes idle.
   Status preSeek();
@@ -121,6 +124,12 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
   unsigned char m_iv[16] = {};  ///< The last four bytes are the counter of the block seen last.
 
  private:
+  friend class ICryptoFile;
+
+  bool isPlace(unsigned int offset) const noexcept;
+  bool failedInBlock() const;
+  bool lacksBytes() const;
+  bool returnToBlock();
   CryptoFileLin* forRuns() noexcept;
   bool canReach(unsigned int place);
   unsigned int takeFromBuffer(unsigned char* target, unsigned int count);
@@ -137,6 +146,9 @@ class TRELVO_EXPORT CryptoFileCommon : public ICryptoFile {
 
   bool m_endKnown = false;  ///< Whether m_end counts: never beyond a seek.
   unsigned int m_end = 0;   ///< Then the file's position behind its last byte.
+  /// Where the block in m_buffer belongs, when a failure has left the file elsewhere; else all
+  /// ones.
+  unsigned int m_strayedFrom = ~0U;
 };
 
 }  // namespace trelvo

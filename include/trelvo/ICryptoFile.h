@@ -43,8 +43,8 @@ class TRELVO_EXPORT ICryptoFile : public gom::ReferenceCountable, public IStream
   /// Stands over `file` from its present position on: that place is offset 0, and what lies ahead
   /// of it is never touched. Key and IV are copied from `utility`, which may then go.
   /// @return a plain pointer with reference count 0, for the caller to adopt into a
-  ///         gom::SharedPointer; null when the handle is empty, the utility has no key or memory
-  ///         runs out.
+  ///         gom::SharedPointer; null when the handle is empty, the file cannot tell where it
+  ///         stands (a pipe), the utility has no key or memory runs out.
   [[nodiscard]] static ICryptoFile* open(gom::SharedPointer<core::IFile> file,
                                          ICryptographyUtility& utility);
 

@@ -50,6 +50,7 @@ class TRELVO_EXPORT File : public IFile {
   /// Whether a read has met the end. Standing at the end is not enough, and a seek takes it back.
   bool eof() const override;
   /// Gives the size, with what is still buffered. The position stays, and the mark of the end goes.
+  /// Where the system gives the size but will not move back, the position is the end.
   /// @return true, or false with `size` untouched when the file cannot be sought or has 4 GiB or
   ///         more.
   bool getSize(unsigned int& size) override;
@@ -69,8 +70,8 @@ class TRELVO_EXPORT File : public IFile {
  private:
   enum class Move { None, Read, Write };
 
-  void turnToReading();
-  void turnToWriting();
+  bool turnToReading();
+  bool turnToWriting();
   bool moved(bool done) noexcept;
 
   FILE* m_stream;
