@@ -1,16 +1,11 @@
 #include "tools/trelvo/ShowCommand.h"
 
-#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
 
-#include "tools/trelvo/DescriptorStream.h"
+#include "tools/trelvo/ContainerInput.h"
 #include "tools/trelvo/Failure.h"
-#include "tools/trelvo/InputFile.h"
-#include "tools/trelvo/Progress.h"
-#include "tools/trelvo/SealedStore.h"
-#include "tools/trelvo/SealedStream.h"
 #include "tools/trelvo/ShowObjects.h"
 #include "tools/trelvo/ShowRaw.h"
 #include "tools/trelvo/ShowWriter.h"
@@ -34,45 +29,6 @@ struct ShowOptions {
   StoreOptions store;
 };
 
-/// Looks at the first value of the first object only, and whether it can be one.
-class FirstValue : public WireHandler {
- public:
-  /// `size` is the input's.
-  explicit FirstValue(std::uint64_t size) : m_size(size) {}
-
-  void beginObject(const WireItem&, unsigned short, unsigned int count) override {
-    constexpr std::uint64_t kSmallest = 4;  // a value's tag and key
-    see(count <= m_size / kSmallest);
-  }
-  void endObject() override {}
-  void beginCollection(const WireItem&, unsigned int) override { see(true); }
-  void endCollection() override {}
-  void scalar(const WireItem& item, std::uint64_t) override { see(item.tag <= TagCollection); }
-  void string(const WireItem&, const std::string&) override { see(true); }
-  void record(const WireItem&, const gom::ObjectBase&) override { see(true); }
-  bool stopped() const override { return m_items > 1 || !m_isSound; }
-
-  bool isSound() const { return m_isSound; }
-
- private:
-  void see(bool isSound) {
-    ++m_items;
-    m_isSound = m_isSound && isSound;
-  }
-
-  std::uint64_t m_size;
-  unsigned int m_items = 0;  // the outermost object included
-  bool m_isSound = true;
-};
-
-// A wrong key gives noise, which announces billions of properties of types that are none.
-bool looksLikeObjects(FileStream& input) {
-  FirstValue handler(input.size().value_or(0));
-  WireParser parser(input, 0, handler);
-  const bool isRead = input.eof() || parser.parseObject() || handler.stopped();
-  return input.seekFromStart(0) && isRead && handler.isSound();
-}
-
 class Show {
  public:
   Show(const ShowOptions& options, CommandContext& context)
@@ -80,43 +36,24 @@ class Show {
 
   int run() {
     return reporting(m_context, [this] {
-      const Store store = isSealed() ? openStoreForUnsealing(m_options.store) : Store();
-      DescriptorStream input = openInput(m_options.file, m_context);
-      if (!store) {
-        return showStream(input);
+      // On one terminal the bar and the objects would overwrite each other.
+      ContainerInput input(m_options.file, m_options.store, m_context, !m_context.outputIsTerminal);
+      const std::string problem =
+          m_options.raw ? showRaw(input.stream()) : showDecoded(input.stream());
+      m_context.out.flush();
+      if (!problem.empty()) {
+        input.fail(problem);
       }
-      SealedStream sealed(input, inputName(m_options.file), *store);
-      checkKey(sealed);
-      showStream(sealed);
     });
   }
 
  private:
-  bool isSealed() const { return !m_options.store.name.empty(); }
-
-  void checkKey(FileStream& sealed) {
-    const bool isSound = looksLikeObjects(sealed);
-    checkRead(sealed, inputName(m_options.file));
-    if (!isSound) {
-      fail("holds no objects under the key of store " + m_options.store.name +
-           "; check the name, --storage and ORVE_UNIQUE_DEVICE_ID");
-    }
-  }
-
-  void showStream(FileStream& input) {
-    const std::string problem = m_options.raw ? showRaw(input) : showDecoded(input);
-    m_context.out.flush();
-    if (!problem.empty()) {
-      fail(problem);
-    }
-  }
-
-  std::string showRaw(FileStream& input) {
+  std::string showRaw(FileStream& input) const {
     ShowRaw handler(m_context.out);
     return showObjects(input, handler);
   }
 
-  std::string showDecoded(FileStream& input) {
+  std::string showDecoded(FileStream& input) const {
     const std::unique_ptr<ShowWriter> writer = makeWriter();
     ShowObjects handler(*writer, m_context.out);
     std::string problem = showObjects(input, handler);
@@ -124,35 +61,20 @@ class Show {
     return problem;
   }
 
-  std::unique_ptr<ShowWriter> makeWriter() {
+  std::unique_ptr<ShowWriter> makeWriter() const {
     return m_options.json        ? makeJsonWriter(m_context.out)
            : m_options.jsonLines ? makeJsonLinesWriter(m_context.out)
                                  : makeTreeWriter(m_context.out);
   }
 
   // Gives what went wrong, empty when nothing did.
-  std::string showObjects(FileStream& input, WireHandler& handler) {
-    // On one terminal the bar and the objects would overwrite each other.
-    Progress progress(m_context.err, m_context.errorIsTerminal && !m_context.outputIsTerminal,
-                      input.size());
-    input.onBlock([&progress](std::uint64_t bytes) { progress.update(bytes); });
+  static std::string showObjects(FileStream& input, WireHandler& handler) {
     WireParser parser(input, input.position(), handler);
     bool whole = true;
     while (whole && !handler.stopped() && !input.eof()) {
       whole = parser.parseObject();
     }
-    input.onBlock(nullptr);
     return input.error() != 0 ? std::strerror(input.error()) : faultText(parser.fault());
-  }
-
-  static std::string faultText(const WireFault& fault) {
-    return fault.reason.empty()
-               ? ""
-               : "stops at byte " + std::to_string(fault.offset) + ": " + fault.reason;
-  }
-
-  [[noreturn]] void fail(const std::string& reason) const {
-    throw Failure(inputName(m_options.file) + ": " + reason);
   }
 
   const ShowOptions& m_options;

@@ -38,6 +38,12 @@ std::string classText(unsigned short classId) {
 
 const char* wireTagName(unsigned short tag) { return tagInfo(tag).name; }
 
+std::string faultText(const WireFault& fault) {
+  return fault.reason.empty()
+             ? ""
+             : "stops at byte " + std::to_string(fault.offset) + ": " + fault.reason;
+}
+
 bool WireParser::parseObject() {
   m_level = 0;
   m_input.restart();

@@ -74,6 +74,9 @@ struct WireFault {
   std::string reason;
 };
 
+/// The fault as messages tell it, "stops at byte 42: ..."; empty when there is no reason.
+std::string faultText(const WireFault& fault);
+
 /// Walks generic objects in their wire form, one item in memory at a time.
 ///
 /// Reads the same streams as gom::GenericObject::create(): what that refuses, this refuses with a
