@@ -35,28 +35,6 @@ class LinGlibDispatcher : public ::testing::Test {
   Dispatcher dispatcher = openGlib();
 };
 
-TEST_F(LinGlibDispatcher, SleepGives0WhenTheTimeRunsOut) {
-  EXPECT_EQ(dispatcher->sleep(0), 0);
-  EXPECT_EQ(dispatcher->sleep(5), 0);
-}
-
-TEST_F(LinGlibDispatcher, SleepRunsPostedCallsAndGives1) {
-  int calls = 0;
-  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, &calls));
-  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, &calls));
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(calls, 2);
-  EXPECT_EQ(dispatcher->sleep(0), 0);
-}
-
-TEST_F(LinGlibDispatcher, RemovedCallNeverRunsButStillWakesTheSleep) {
-  int calls = 0;
-  dispatcher->queueAsyncCall(countUp, &calls);
-  dispatcher->removeAllAsyncCall(countUp);
-  EXPECT_TRUE(dispatcher->sleep());
-  EXPECT_EQ(calls, 0);
-}
-
 TEST_F(LinGlibDispatcher, InterruptFromAnotherThreadEndsAnEndlessSleep) {
   std::thread other([this] { dispatcher->interruptSleep(); });
   while (dispatcher->sleep(-1) != 1) {
@@ -88,39 +66,6 @@ TEST_F(LinGlibDispatcher, RunsInsideAGMainLoopToo) {
   g_main_loop_unref(loop);
 }
 
-TEST_F(LinGlibDispatcher, DescriptorIsReportedUntilItIsRead) {
-  const Channel channel;
-  int events = 0;
-  Sink sink([&](const pollfd& ready) {
-    EXPECT_EQ(ready.fd, channel.reader());
-    EXPECT_EQ(ready.revents, POLLIN);
-    if (++events == 2) channel.answer();
-  });
-  EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(dispatcher->sleep(0), 0);
-  EXPECT_EQ(events, 2);
-  dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinGlibDispatcher, AttachRefusesNoSinkNoDescriptorAndAKnownOne) {
-  const Channel channel;
-  int events = 0;
-  Sink first([&](const pollfd&) { events += channel.answer() ? 1 : 0; });
-  Sink second([](const pollfd&) { FAIL() << "the first sink stays"; });
-  EXPECT_FALSE(dispatcher->attachPollSink(channel.descriptor(), nullptr));
-  EXPECT_FALSE(dispatcher->attachPollSink({0, POLLIN, 0}, &first));
-  EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &first));
-  EXPECT_FALSE(dispatcher->attachPollSink(channel.descriptor(), &second));
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(events, 1);
-  dispatcher->detachPollSink(channel.descriptor());
-  dispatcher->detachPollSink(channel.descriptor());
-}
-
 TEST_F(LinGlibDispatcher, SinkMayDetachAndAttachItsOwnDescriptor) {
   const Channel channel;
   int events = 0;
@@ -140,61 +85,6 @@ TEST_F(LinGlibDispatcher, SinkMayDetachAndAttachItsOwnDescriptor) {
   dispatcher->detachPollSink(channel.descriptor());
   channel.ring();
   EXPECT_EQ(dispatcher->sleep(0), 0);
-}
-
-TEST_F(LinGlibDispatcher, SinksAreServedInTheOrderOfAttaching) {
-  const Channel channels[3];
-  std::vector<int> order;
-  std::vector<Sink> sinks;
-  for (int i = 0; i < 3; ++i) {
-    sinks.emplace_back([&order, &channels, i](const pollfd&) {
-      order.push_back(i);
-      channels[i].answer();
-    });
-  }
-  for (const int i : {2, 0, 1}) {
-    ASSERT_TRUE(dispatcher->attachPollSink(channels[i].descriptor(), &sinks[std::size_t(i)]));
-    channels[i].ring();
-  }
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_THAT(order, ElementsAre(2, 0, 1));
-  for (const auto& channel : channels) dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinGlibDispatcher, DescriptorThatAnEarlierSinkDetachedIsNotServed) {
-  const Channel one;
-  const Channel two;
-  Sink last([](const pollfd&) { FAIL() << "detached"; });
-  Sink first([&](const pollfd&) {
-    one.answer();
-    dispatcher->detachPollSink(two.descriptor());
-  });
-  ASSERT_TRUE(dispatcher->attachPollSink(one.descriptor(), &first));
-  ASSERT_TRUE(dispatcher->attachPollSink(two.descriptor(), &last));
-  one.ring();
-  two.ring();
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  dispatcher->detachPollSink(one.descriptor());
-}
-
-TEST_F(LinGlibDispatcher, DescriptorThatAnEarlierSinkDrainedIsNotServed) {
-  const Channel channel;
-  const int twin = dup(channel.reader());
-  int events = 0;
-  const auto drain = [&](const pollfd&) {
-    ++events;
-    EXPECT_TRUE(channel.answer());
-  };
-  Sink one(drain);
-  Sink two(drain);
-  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &one));
-  ASSERT_TRUE(dispatcher->attachPollSink({twin, POLLIN, 0}, &two));
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(events, 1);
-  dispatcher->detachPollSink(channel.descriptor());
-  dispatcher->detachPollSink({twin, POLLIN, 0});
-  close(twin);
 }
 
 TEST_F(LinGlibDispatcher, SinkThatThrowsBesideOneThatDoesNotStays) {
@@ -246,40 +136,6 @@ TEST_F(LinGlibDispatcher, SleepKeepsItsTimeEvenWhenTheTurnInWhichAllSinksThrewHa
   g_idle_add([](gpointer /*data*/) -> gboolean { return G_SOURCE_REMOVE; }, nullptr);
   EXPECT_EQ(dispatcher->sleep(-1), 1) << "what else is in the context still runs";
   dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinGlibDispatcher, TheCallersEventsAreNotLookedAt) {
-  const Channel channel;
-  int events = 0;
-  Sink sink([&](const pollfd&) { events += channel.answer() ? 1 : 0; });
-  EXPECT_TRUE(dispatcher->attachPollSink({channel.reader(), POLLOUT, 0}, &sink));
-  EXPECT_EQ(dispatcher->sleep(0), 0) << "writable does not count";
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(events, 1);
-  dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinGlibDispatcher, DescriptorThatHangsUpIsNotServedEvenWithBytesLeft) {
-  Channel channel;
-  Sink sink([](const pollfd&) { FAIL() << "not readable alone"; });
-  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
-  channel.ring();
-  channel.closeWriter();
-  EXPECT_EQ(dispatcher->sleep(-1), 0);
-  int calls = 0;
-  dispatcher->queueAsyncCall(countUp, &calls);
-  EXPECT_EQ(dispatcher->sleep(-1), 1) << "others are served all the same";
-  EXPECT_EQ(calls, 1);
-  dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinGlibDispatcher, CallPostedByACallRunsInTheSameSleep) {
-  int calls = 0;
-  std::function<void()> body = [&] { dispatcher->queueAsyncCall(countUp, &calls); };
-  dispatcher->queueAsyncCall(test::run, &body);
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(calls, 1);
 }
 
 TEST_F(LinGlibDispatcher, NestedSleepServesOthersButNotItself) {
@@ -334,14 +190,6 @@ TEST_F(LinGlibDispatcher, WhatIsAttachedAndDetachedBetweenNestedTurnsHoldsAfterT
   dispatcher->detachPollSink(channels[2].descriptor());
 }
 
-TEST(LinGlibAsyncCallDispatcher, EachThreadHasItsOwn) {
-  onFreshThread([] {
-    const Dispatcher first = openGlib();
-    EXPECT_EQ(first, openGlib());
-    onFreshThread([&] { EXPECT_NE(first, openGlib()); });
-  });
-}
-
 TEST(LinGlibAsyncCallDispatcher, RunsOnTheThreadThatRunsTheContext) {
   const Dispatcher here = openGlib();
   std::thread::id ran;
@@ -387,23 +235,6 @@ TEST(LinGlibAsyncCallDispatcher, LeavesTheContextWhileAnotherThreadRunsIt) {
   });
   while (!done) here->sleep(1000);
   other.join();
-}
-
-TEST(LinGlibAsyncCallDispatcher, DiesWithItsLastHandleAndWithTheCallsThatWait) {
-  onFreshThread([] {
-    openGlib().clear();  // GLib's own descriptors
-    const auto before = openDescriptors();
-    int calls = 0;
-    {
-      const Dispatcher dispatcher = openGlib();
-      EXPECT_EQ(openDescriptors(), before + 2);
-      dispatcher->queueAsyncCall(countUp, &calls);
-    }
-    EXPECT_EQ(openDescriptors(), before);
-    const Dispatcher fresh = openGlib();
-    EXPECT_EQ(fresh->sleep(0), 0);
-    EXPECT_EQ(calls, 0);
-  });
 }
 
 TEST(LinGlibAsyncCallDispatcher, LastHandleDroppedByACallbackEndsItAfterThatSleep) {

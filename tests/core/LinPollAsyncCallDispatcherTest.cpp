@@ -25,7 +25,6 @@ using test::countUp;
 using test::onFreshThread;
 using test::openDescriptors;
 using test::Sink;
-using ::testing::ElementsAre;
 
 using Dispatcher = gom::SharedPointer<LinPollAsyncCallDispatcher>;
 
@@ -49,40 +48,9 @@ class LinPollDispatcher : public ::testing::Test {
   Dispatcher dispatcher = openPoll();
 };
 
-TEST_F(LinPollDispatcher, SleepGives2WhenTheTimeRunsOut) {
-  EXPECT_EQ(dispatcher->sleep(0), 2);
-  EXPECT_EQ(dispatcher->sleep(5), 2);
-}
-
-TEST_F(LinPollDispatcher, SleepRunsPostedCallsAndGives1) {
-  int calls = 0;
-  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, &calls));
-  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, &calls));
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(calls, 2);
-  EXPECT_EQ(dispatcher->sleep(0), 2);
-}
-
 TEST_F(LinPollDispatcher, SleepWithoutTimeIsTrueWhenSomethingRan) {
   dispatcher->interruptSleep();
   EXPECT_TRUE(dispatcher->sleep());
-}
-
-TEST_F(LinPollDispatcher, RemovedCallNeverRunsButStillWakesTheSleep) {
-  int calls = 0;
-  dispatcher->queueAsyncCall(countUp, &calls);
-  dispatcher->removeAllAsyncCall(countUp);
-  EXPECT_TRUE(dispatcher->sleep());
-  EXPECT_EQ(calls, 0);
-}
-
-TEST_F(LinPollDispatcher, CallPostedByACallRunsInTheSameSleep) {
-  int calls = 0;
-  std::function<void()> body = [&] { dispatcher->queueAsyncCall(countUp, &calls); };
-  dispatcher->queueAsyncCall(test::run, &body);
-  EXPECT_EQ(dispatcher->sleep(0), 1);
-  EXPECT_EQ(calls, 1);
-  EXPECT_EQ(dispatcher->sleep(0), 2);
 }
 
 TEST_F(LinPollDispatcher, InterruptFromAnotherThreadEndsAnEndlessSleep) {
@@ -148,51 +116,6 @@ TEST_F(LinPollDispatcher, LostCallsAreRemovedLikeOthers) {
   EXPECT_EQ(calls, 0);
 }
 
-TEST_F(LinPollDispatcher, DescriptorIsReportedUntilItIsRead) {
-  const Channel channel;
-  int events = 0;
-  Sink sink([&](const pollfd& ready) {
-    EXPECT_EQ(ready.fd, channel.reader());
-    EXPECT_EQ(ready.revents, POLLIN);
-    if (++events == 2) channel.answer();
-  });
-  EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
-  EXPECT_EQ(dispatcher->sleep(0), 2);
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(dispatcher->sleep(-1), 1);
-  EXPECT_EQ(dispatcher->sleep(0), 2);
-  EXPECT_EQ(events, 2);
-  dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinPollDispatcher, TheCallersEventsAreNotLookedAt) {
-  const Channel channel;
-  int events = 0;
-  Sink sink([&](const pollfd&) { events += channel.answer() ? 1 : 0; });
-  EXPECT_TRUE(dispatcher->attachPollSink({channel.reader(), POLLOUT, 0}, &sink));
-  EXPECT_EQ(dispatcher->sleep(0), 2) << "writable does not count";
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(0), 1);
-  EXPECT_EQ(events, 1);
-  dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinPollDispatcher, AttachRefusesNoSinkNoDescriptorAndAKnownOne) {
-  const Channel channel;
-  int events = 0;
-  Sink first([&](const pollfd&) { events += channel.answer() ? 1 : 0; });
-  Sink second([](const pollfd&) { FAIL() << "the first sink stays"; });
-  EXPECT_FALSE(dispatcher->attachPollSink(channel.descriptor(), nullptr));
-  EXPECT_FALSE(dispatcher->attachPollSink({0, POLLIN, 0}, &first));
-  EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &first));
-  EXPECT_FALSE(dispatcher->attachPollSink(channel.descriptor(), &second));
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(0), 1);
-  EXPECT_EQ(events, 1);
-  dispatcher->detachPollSink(channel.descriptor());
-}
-
 TEST_F(LinPollDispatcher, DetachedDescriptorIsForgottenAndCanBeAttachedAgain) {
   const Channel channel;
   int events = 0;
@@ -224,61 +147,6 @@ TEST_F(LinPollDispatcher, SinkThatThrowsStaysAndCountsAsNotServed) {
   dispatcher->detachPollSink(channel.descriptor());
 }
 
-TEST_F(LinPollDispatcher, SinksAreServedInTheOrderOfAttaching) {
-  const Channel channels[3];
-  std::vector<int> order;
-  std::vector<Sink> sinks;
-  for (int i = 0; i < 3; ++i) {
-    sinks.emplace_back([&order, &channels, i](const pollfd&) {
-      order.push_back(i);
-      channels[i].answer();
-    });
-  }
-  for (const int i : {2, 0, 1}) {
-    ASSERT_TRUE(dispatcher->attachPollSink(channels[i].descriptor(), &sinks[std::size_t(i)]));
-    channels[i].ring();
-  }
-  EXPECT_EQ(dispatcher->sleep(0), 1);
-  EXPECT_THAT(order, ElementsAre(2, 0, 1));
-  for (const auto& channel : channels) dispatcher->detachPollSink(channel.descriptor());
-}
-
-TEST_F(LinPollDispatcher, DescriptorThatAnEarlierSinkDrainedIsNotServed) {
-  const Channel channel;
-  const int twin = dup(channel.reader());
-  int events = 0;
-  const auto drain = [&](const pollfd&) {
-    ++events;
-    EXPECT_TRUE(channel.answer());
-  };
-  Sink one(drain);
-  Sink two(drain);
-  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &one));
-  ASSERT_TRUE(dispatcher->attachPollSink({twin, POLLIN, 0}, &two));
-  channel.ring();
-  EXPECT_EQ(dispatcher->sleep(0), 1);
-  EXPECT_EQ(events, 1);
-  dispatcher->detachPollSink(channel.descriptor());
-  dispatcher->detachPollSink({twin, POLLIN, 0});
-  close(twin);
-}
-
-TEST_F(LinPollDispatcher, DescriptorThatAnEarlierSinkDetachedIsNotServed) {
-  const Channel one;
-  const Channel two;
-  Sink last([](const pollfd&) { FAIL() << "detached"; });
-  Sink first([&](const pollfd&) {
-    one.answer();
-    dispatcher->detachPollSink(two.descriptor());
-  });
-  ASSERT_TRUE(dispatcher->attachPollSink(one.descriptor(), &first));
-  ASSERT_TRUE(dispatcher->attachPollSink(two.descriptor(), &last));
-  one.ring();
-  two.ring();
-  EXPECT_EQ(dispatcher->sleep(0), 1);
-  dispatcher->detachPollSink(one.descriptor());
-}
-
 TEST_F(LinPollDispatcher, DescriptorAttachedBySinkIsServedFromTheNextSleepOn) {
   const Channel one;
   const Channel two;
@@ -297,21 +165,6 @@ TEST_F(LinPollDispatcher, DescriptorAttachedBySinkIsServedFromTheNextSleepOn) {
   EXPECT_EQ(late, 1);
   dispatcher->detachPollSink(one.descriptor());
   dispatcher->detachPollSink(two.descriptor());
-}
-
-TEST_F(LinPollDispatcher, DescriptorThatHangsUpIsNotServedEvenWithBytesLeft) {
-  Channel channel;
-  Sink sink([](const pollfd&) { FAIL() << "not readable alone"; });
-  ASSERT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
-  channel.ring();
-  channel.closeWriter();
-  EXPECT_EQ(dispatcher->sleep(-1), 0);
-  EXPECT_EQ(dispatcher->sleep(-1), 0) << "it is reported again";
-  int calls = 0;
-  dispatcher->queueAsyncCall(countUp, &calls);
-  EXPECT_EQ(dispatcher->sleep(-1), 1) << "others are served all the same";
-  EXPECT_EQ(calls, 1);
-  dispatcher->detachPollSink(channel.descriptor());
 }
 
 TEST_F(LinPollDispatcher, ManyDescriptorsCanBeAttached) {
@@ -387,18 +240,6 @@ TEST(LinPollAsyncCallDispatcher, WithoutAChannelItDoesNothing) {
   EXPECT_EQ(calls, 0);
 }
 
-TEST(LinPollAsyncCallDispatcher, EachThreadHasItsOwn) {
-  onFreshThread([] {
-    const Dispatcher first = openPoll();
-    EXPECT_EQ(first, openPoll());
-    EXPECT_EQ(first->referenceCount(), 1);
-    onFreshThread([&] {
-      const Dispatcher other = openPoll();
-      EXPECT_NE(first, other);
-    });
-  });
-}
-
 TEST(LinPollAsyncCallDispatcher, CreateTakesNoReference) {
   onFreshThread([] {
     LinPollAsyncCallDispatcher* const plain = LinPollAsyncCallDispatcher::create();
@@ -407,22 +248,6 @@ TEST(LinPollAsyncCallDispatcher, CreateTakesNoReference) {
     EXPECT_EQ(plain->sleep(0), 2);
     EXPECT_EQ(plain, LinPollAsyncCallDispatcher::create()) << "it has outlived its sleep";
     delete plain;
-  });
-}
-
-TEST(LinPollAsyncCallDispatcher, DiesWithItsLastHandleAndWithTheCallsThatWait) {
-  onFreshThread([] {
-    const auto before = openDescriptors();
-    int calls = 0;
-    {
-      const Dispatcher dispatcher = openPoll();
-      EXPECT_EQ(openDescriptors(), before + 2);
-      dispatcher->queueAsyncCall(countUp, &calls);
-    }
-    EXPECT_EQ(openDescriptors(), before);
-    const Dispatcher fresh = openPoll();
-    EXPECT_EQ(fresh->sleep(0), 2);
-    EXPECT_EQ(calls, 0);
   });
 }
 
