@@ -124,8 +124,8 @@ std::vector<Answer> answersOf(const Log& log) {
 
 using Fix = gom::SharedPointer<PositionEstimate>;
 
-std::vector<Fix> fixesOf(const Log& log) {
-  ProducedStream stream(readExample(std::string("nmea/") + log.name + ".log"));
+std::vector<Fix> fixesIn(const Log& log, const std::string& text) {
+  ProducedStream stream(text);
   ImportSource source(stream, log.name);
   ImportReport report;
   KeepingTarget target;
@@ -135,6 +135,10 @@ std::vector<Fix> fixesOf(const Log& log) {
     fixes.push_back(positionOf(*container));
   }
   return fixes;
+}
+
+std::vector<Fix> fixesOf(const Log& log) {
+  return fixesIn(log, readExample(std::string("nmea/") + log.name + ".log"));
 }
 
 bool matches(const Log& log, const PositionEstimate& fix, const Answer& answer) {
@@ -236,6 +240,38 @@ std::string nameOf(const ::testing::TestParamInfo<Log>& info) {
       name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
   return name;
 }
+
+// A log as a receiver leaves it that sends GNS in the place of GGA.
+std::string withoutGga(const std::string& log) {
+  std::istringstream lines(log);
+  std::string kept;
+  for (std::string line; std::getline(lines, line);) {
+    kept += line.find("GGA,") == std::string::npos ? line + "\n" : std::string();
+  }
+  return kept;
+}
+
+class NmeaGns : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(NmeaGns, TellsWhatGgaTells) {
+  const Log log{GetParam().c_str(), 0};
+  const std::vector<Fix> expected = fixesOf(log);
+  const std::vector<Fix> found =
+      fixesIn(log, withoutGga(readExample(std::string("nmea/") + log.name + ".log")));
+  ASSERT_EQ(found.size(), expected.size());
+  const std::vector<Answer> answers = answersOf(log);
+  for (size_t i = 0; i < found.size(); ++i) {
+    EXPECT_FALSE(answersTo(log, *found[i], answers).empty()) << i;
+    EXPECT_EQ(*found[i], *expected[i]) << i;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Logs, NmeaGns, ::testing::Values("telit-pls83-w", "quectel-eg25-g"),
+                         [](const auto& log) {
+                           std::string name = log.param;
+                           std::replace(name.begin(), name.end(), '-', '_');
+                           return name;
+                         });
 
 INSTANTIATE_TEST_SUITE_P(Logs, NmeaAnswers, ::testing::ValuesIn(kLogs), nameOf);
 

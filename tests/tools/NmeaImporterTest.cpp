@@ -369,6 +369,94 @@ TEST(NmeaImporter, AYearThat32BitsDoNotHoldLeavesTheTimeStampOut) {
   EXPECT_EQ(outcome.report.countOf(kBadTime), 2u);
 }
 
+std::string gns(const std::string& time, const std::string& rest,
+                const std::string& talker = "GN") {
+  return sentence(talker + "GNS," + time + "," + rest);
+}
+
+TEST(NmeaImporter, GnsAloneGivesPositionAndHeight) {
+  Outcome outcome;
+  import(gns("132820.00", "4130.0,N,09330.0,W,ANNN,14,1.3,250.8,50.0,,,V") +
+             sentence("GPZDA,132820.00,18,03,2020,00,00"),
+         outcome);
+  ASSERT_EQ(outcome.size(), 1u);
+  const auto fix = outcome.fix(0);
+  EXPECT_EQ(fix->timeStamp(), kStart);
+  EXPECT_NEAR(fix->latitude(), 41.5, 5e-8);
+  EXPECT_NEAR(fix->longitude(), -93.5, 1e-7);
+  EXPECT_NEAR(fix->altitude(), 300.8, 1e-4);
+  EXPECT_TRUE(outcome.report.isNotStored("GNS number of satellites"));
+  EXPECT_TRUE(outcome.report.isNotStored("GNS HDOP"));
+  EXPECT_FALSE(outcome.report.isNotStored("GNS age and station of corrections"));
+  EXPECT_FALSE(outcome.report.isNotStored("sentence GNS"));
+}
+
+TEST(NmeaImporter, OneConstellationWithAModeMakesAFix) {
+  const auto fixes = [](const std::string& modes) {
+    Outcome outcome;
+    import(gns("132820", "4130.0,N,09330.0,W," + modes + ",14,1.3,250.8,50.0,,"), outcome);
+    EXPECT_EQ(outcome.report.countOf(NmeaImporter::kNoFix), 1 - outcome.size()) << modes;
+    return outcome.size();
+  };
+  for (const char* modes : {"A", "NA", "NNNNNA", "D", "E", "F", "M", "P", "R", "S"}) {
+    EXPECT_EQ(fixes(modes), 1u) << modes;
+  }
+  for (const char* modes : {"", "N", "NN", "NNNNNN", "-", "V", "a"}) {
+    EXPECT_EQ(fixes(modes), 0u) << modes;
+  }
+}
+
+TEST(NmeaImporter, AGnsOfASimulatorIsCounted) {
+  Outcome outcome;
+  import(gns("132820", "4130.0,N,09330.0,W,NS,14,1.3,250.8,50.0,,"), outcome);
+  EXPECT_EQ(outcome.size(), 1u);
+  EXPECT_EQ(outcome.report.countOf(kSimulated), 1u);
+}
+
+TEST(NmeaImporter, GgaComesBeforeGnsAndGnsBeforeRmc) {
+  const std::string other = "1000.0,N,02000.0,E,AA,14,1.3,1.0,2.0,,";
+  for (const bool ggaFirst : {true, false}) {
+    Outcome both;
+    const std::string gga = goodGga("132820");
+    import(ggaFirst ? gga + gns("132820", other) : gns("132820", other) + gga, both);
+    ASSERT_EQ(both.size(), 1u);
+    EXPECT_NEAR(both.fix(0)->latitude(), 41.5, 5e-8);
+    EXPECT_EQ(both.fix(0)->altitude(), 246.5);
+  }
+  Outcome outcome;
+  import(goodRmc("132820") + gns("132820", other), outcome);
+  ASSERT_EQ(outcome.size(), 1u);
+  EXPECT_NEAR(outcome.fix(0)->latitude(), 10.0, 5e-8);
+  EXPECT_EQ(outcome.fix(0)->altitude(), 3.0);
+}
+
+TEST(NmeaImporter, AltitudeAndSeparationAreOfOneSentence) {
+  Outcome outcome;
+  import(gga("132820", "4130.0,N,09330.0,W,1,08,1.0,278.0,M,,M,,") +
+             gns("132820", "4130.0,N,09330.0,W,AA,14,1.3,250.0,50.0,,"),
+         outcome);
+  EXPECT_EQ(outcome.fix(0)->altitude(), 300.0);
+  Outcome none;
+  import(gga("132820", "4130.0,N,09330.0,W,1,08,1.0,278.0,M,,M,,") +
+             gns("132820", "4130.0,N,09330.0,W,AA,14,1.3,,50.0,,"),
+         none);
+  EXPECT_FALSE(none.fix(0)->valueExists(PositionEstimate::HasAltitude));
+  EXPECT_EQ(none.report.countOf(kNoSeparation), 1u);
+}
+
+// As receivers with several constellations send it under differential corrections.
+TEST(NmeaImporter, TheFirstTalkersGnsCarriesThePosition) {
+  Outcome outcome;
+  import(gns("122310.2", "3722.425671,N,12258.856215,W,DAAA,14,0.9,1005.543,6.5,,,V") +
+             gns("122310.2", ",,,,,07,,,,5.2,23,V", "GP") + gns("122310.2", ",,,,,07,,,,,,V", "GL"),
+         outcome);
+  ASSERT_EQ(outcome.size(), 1u);
+  EXPECT_NEAR(outcome.fix(0)->latitude(), 37.37376118, 5e-8);
+  EXPECT_NEAR(outcome.fix(0)->altitude(), 1012.043, 1e-3);
+  EXPECT_EQ(outcome.report.countOf(NmeaImporter::kNoFix), 0u);
+  EXPECT_EQ(outcome.report.countOf(kBadNmeaField), 0u);
+}
+
 TEST(NmeaImporter, NamesSentencesItDoesNotRead) {
   Outcome outcome;
   import(sentence("GPGSV,1,1,00") + sentence("PMTK001,1") +

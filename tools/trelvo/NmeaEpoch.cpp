@@ -46,6 +46,12 @@ class Fields {
     return NmeaEpoch::Position{*latitude, *longitude};
   }
 
+  // Altitude and separation; nothing without the altitude.
+  std::optional<NmeaEpoch::Height> height(size_t altitude, size_t separation) const {
+    const NmeaEpoch::Height height{number(altitude), number(separation)};
+    return height.altitude ? std::optional<NmeaEpoch::Height>(height) : std::nullopt;
+  }
+
   template <typename T>
   std::optional<T> checked(const std::optional<T>& value, bool present) const {
     if (present && !value) {
@@ -74,13 +80,26 @@ void readGga(const NmeaSentence& sentence, NmeaEpoch& epoch, const ImportNotes& 
   epoch.hasFix = true;
   epoch.isSimulated = epoch.isSimulated || *quality == 8;
   setFirst(epoch.ggaPosition, fields.position(2));
-  if (!epoch.altitude) {
-    epoch.altitude = fields.number(9);
-    epoch.separation = fields.number(11);
-  }
+  setFirst(epoch.ggaHeight, fields.height(9, 11));
   fields.nameIfPresent(7, "GGA number of satellites");
   fields.nameIfPresent(8, "GGA HDOP");
   fields.nameIfPresent(13, "GGA age and station of corrections");
+}
+
+// One letter a constellation. Several talkers of one moment leave position and modes to the first.
+void readGns(const NmeaSentence& sentence, NmeaEpoch& epoch, const ImportNotes& notes) {
+  const Fields fields(sentence, notes);
+  const std::string_view modes = fields.text(6);
+  if (modes.find_first_of("ADEFMPRS") == std::string_view::npos) {
+    return;
+  }
+  epoch.hasFix = true;
+  epoch.isSimulated = epoch.isSimulated || modes.find('S') != std::string_view::npos;
+  setFirst(epoch.gnsPosition, fields.position(2));
+  setFirst(epoch.gnsHeight, fields.height(9, 10));
+  fields.nameIfPresent(7, "GNS number of satellites");
+  fields.nameIfPresent(8, "GNS HDOP");
+  fields.nameIfPresent(11, "GNS age and station of corrections");
 }
 
 void readRmc(const NmeaSentence& sentence, NmeaEpoch& epoch, const ImportNotes& notes) {
@@ -136,22 +155,36 @@ constexpr NmeaSentenceKind kKinds[] = {
     {"GGA", 1, true, readGga, 0x01},   {"RMC", 1, true, readRmc, 0x02},
     {"VTG", 0, false, readVtg, 0x04},  {"GST", 1, false, readGst, 0x08},
     {"GSA", 0, false, readGsa, 0x10},  {"ZDA", 1, false, readZda, 0x20},
-    {"GLL", 5, false, nullptr, 0x40},  {"GNS", 1, false, nullptr, 0x80},
+    {"GLL", 5, false, nullptr, 0x40},  {"GNS", 1, true, readGns, 0x80},
     {"GBS", 1, false, nullptr, 0x100}, {"GRS", 1, false, nullptr, 0x200},
 };
 
+std::optional<NmeaEpoch::Height> heightOf(const NmeaEpoch& epoch) {
+  const bool gnsOnly = epoch.gnsHeight && epoch.gnsHeight->separation &&
+                       !(epoch.ggaHeight && epoch.ggaHeight->separation);
+  return gnsOnly || !epoch.ggaHeight ? epoch.gnsHeight : epoch.ggaHeight;
+}
+
 std::optional<double> ellipsoidHeight(const NmeaEpoch& epoch, const ImportNotes& notes) {
-  if (!epoch.altitude) {
+  const auto height = heightOf(epoch);
+  if (!height) {
     return std::nullopt;
   }
-  if (!epoch.separation) {
+  if (!height->separation) {
     notes.count(kNoSeparation);
     return std::nullopt;
   }
   if (epoch.fixMode == 2) {
     notes.count(kHeldAltitude);
   }
-  return *epoch.altitude + *epoch.separation;
+  return *height->altitude + *height->separation;
+}
+
+std::optional<NmeaEpoch::Position> positionOf(const NmeaEpoch& epoch) {
+  // GGA and GNS first: several receivers round the same position further in RMC.
+  return epoch.ggaPosition   ? epoch.ggaPosition
+         : epoch.gnsPosition ? epoch.gnsPosition
+                             : epoch.rmcPosition;
 }
 
 }  // namespace
@@ -169,8 +202,7 @@ const NmeaSentenceKind* nmeaSentenceKind(std::string_view type) {
 
 ImportFix fixOf(const NmeaEpoch& epoch, const ImportNotes& notes) {
   ImportFix fix;
-  // GGA first: several receivers round the same position further in RMC.
-  if (const auto& position = epoch.ggaPosition ? epoch.ggaPosition : epoch.rmcPosition) {
+  if (const auto position = positionOf(epoch)) {
     fix.latitude = position->latitude;
     fix.longitude = position->longitude;
   }

@@ -17,18 +17,27 @@ struct NmeaEpoch {
     double longitude;
   };
 
+  /// What one sentence says about height.
+  struct Height {
+    std::optional<double> altitude;    ///< metres above mean sea level
+    std::optional<double> separation;  ///< geoid above ellipsoid in metres
+  };
+
   std::optional<long long> timeOfDay;  ///< microseconds from midnight
   unsigned long long line = 0;         ///< of the first sentence
   unsigned int seen = 0;               ///< one bit for each kind of sentence in it
 
-  bool hasFix = false;       ///< a GGA with a quality above 0, or an RMC with status A
-  bool isSimulated = false;  ///< a GGA with quality 8
+  /// A GGA with a quality above 0, a GNS in which a constellation has a mode of a fix (A, D, E, F,
+  /// M, P, R or S), or an RMC with status A.
+  bool hasFix = false;
+  bool isSimulated = false;  ///< a GGA with quality 8, or a GNS with a mode S
   int fixMode = 0;           ///< of GSA: 1 none, 2 two-dimensional, 3 three-dimensional; 0 unknown
 
   std::optional<Position> ggaPosition;
+  std::optional<Position> gnsPosition;
   std::optional<Position> rmcPosition;
-  std::optional<double> altitude;             ///< metres above mean sea level, GGA
-  std::optional<double> separation;           ///< geoid above ellipsoid in metres, of the same GGA
+  std::optional<Height> ggaHeight;            ///< of the first GGA with an altitude
+  std::optional<Height> gnsHeight;            ///< of the first GNS with an altitude
   std::optional<double> rmcSpeed;             ///< metres a second
   std::optional<double> rmcCourse;            ///< degrees
   std::optional<double> vtgSpeed;             ///< metres a second
@@ -60,13 +69,15 @@ struct NmeaSentenceKind {
 /// The kind of a sentence, null for kinds that are not read.
 const NmeaSentenceKind* nmeaSentenceKind(std::string_view type);
 
-/// The fix of an epoch, without its time stamp. Height is that above the ellipsoid and stays away,
-/// counted, where the receiver gives no geoid separation.
+/// The fix of an epoch, without its time stamp. The position is that of GGA, else of GNS, else of
+/// RMC. Height is that above the ellipsoid, altitude and separation of one sentence together: those
+/// of GGA, else of GNS. It stays away, counted, where neither gives a geoid separation.
 ImportFix fixOf(const NmeaEpoch& epoch, const ImportNotes& notes);
 
 constexpr const char* kBadNmeaField = "sentence with a field that cannot be read, field left out";
 constexpr const char* kNoSeparation = "altitude without geoid separation, left out";
 constexpr const char* kHeldAltitude = "altitude of a 2D fix, held by the receiver, stored as given";
-constexpr const char* kSimulated = "fix made by a simulator (GGA quality 8), stored as given";
+constexpr const char* kSimulated =
+    "fix made by a simulator (GGA quality 8, GNS mode S), stored as given";
 
 }  // namespace trelvo::tool

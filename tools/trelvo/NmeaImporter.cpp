@@ -13,7 +13,7 @@ constexpr size_t kOpenEpochs = 2;
 constexpr long long kMicrosecondsPerSecond = 1000000;
 constexpr long long kSecondsPerDay = 86400;
 constexpr long long kHalfDay = kSecondsPerDay / 2 * kMicrosecondsPerSecond;
-constexpr unsigned int kFixSentences = 0x03;
+constexpr unsigned int kFixSentences = 0x83;  // GGA, RMC, GNS
 
 }  // namespace
 
