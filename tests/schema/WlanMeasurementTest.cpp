@@ -18,13 +18,13 @@ using test::written;
 SharedPointer<WlanDn> aDn() { return WlanDn::create(0x0011223344556677); }
 
 SharedPointer<WlanApMeasurement> anApMeasurement() {
-  const SharedPointer<WlanApMeasurement> made = WlanApMeasurement::create();
+  SharedPointer<WlanApMeasurement> made = WlanApMeasurement::create();
   made->setRxLevel(-40);
   return made;
 }
 
 SharedPointer<WlanMeasurement> withEverything() {
-  const SharedPointer<WlanMeasurement> made = WlanMeasurement::create(aDn(), 7);
+  SharedPointer<WlanMeasurement> made = WlanMeasurement::create(aDn(), 7);
   made->setElapsedRealtimeTimeStamp(-2);
   made->setWlanApMeasurement(anApMeasurement());
   return made;

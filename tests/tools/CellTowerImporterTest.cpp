@@ -55,8 +55,7 @@ gom::SharedPointer<Member> member(const gom::SharedPointer<gom::ValueCollection>
 }
 
 gom::SharedPointer<EUtraServingCellInjection> lte(const Imported& imported) {
-  const auto tower =
-      member<EUtraServingCellInjection>(imported.injection().eutraInjectionCollection());
+  auto tower = member<EUtraServingCellInjection>(imported.injection().eutraInjectionCollection());
   EXPECT_TRUE(tower);
   return tower;
 }
@@ -329,9 +328,9 @@ TEST(CellTowerImporter, StoresEveryRowOfARealList) {
   std::getline(lines, line);
   unsigned int index = 0;
   for (; std::getline(lines, line); ++index) {
-    unsigned int mcc, mnc, area, cell, range, updated;
-    int unit;
-    double longitude, latitude;
+    unsigned int mcc = 0, mnc = 0, area = 0, cell = 0, range = 0, updated = 0;
+    int unit = 0;
+    double longitude = 0.0, latitude = 0.0;
     ASSERT_EQ(std::sscanf(line.c_str(), "LTE,%u,%u,%u,%u,%d,%lf,%lf,%u,%*u,%*u,%*u,%u", &mcc, &mnc,
                           &area, &cell, &unit, &longitude, &latitude, &range, &updated),
               9)

@@ -41,7 +41,7 @@ std::string enciphered(const std::string& text) {
   ::EVP_EncryptInit_ex(context.get(), ::EVP_aes_128_cbc(), nullptr, bytesOf(kKey), bytesOf(kIv));
   ::EVP_EncryptUpdate(context.get(), target, &size, bytesOf(text), static_cast<int>(text.size()));
   ::EVP_EncryptFinal_ex(context.get(), target + size, &last);
-  result.resize(static_cast<std::size_t>(size + last));
+  result.resize(static_cast<std::size_t>(size) + static_cast<std::size_t>(last));
   return result;
 }
 

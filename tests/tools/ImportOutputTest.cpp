@@ -37,7 +37,7 @@ class ImportOutput : public ::testing::Test {
     fix.altitude = altitude;
     fix.timeStamp = 5;
     ImportReport report;
-    const auto result = schema::MeasurementContainer::create();
+    auto result = schema::MeasurementContainer::create();
     const auto measurement = makeGnssMeasurement(fix, {report, {"input", 1}});
     EXPECT_EQ(result->addGnssMeasurement(measurement->wrappedObject()), StatusOk);
     return result;

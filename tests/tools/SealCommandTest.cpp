@@ -346,9 +346,9 @@ TEST_F(SealCommand, FiftyMegabytesTakeNoMoreMemoryThanOne) {
 class SealedContainers : public SealCommand {
  protected:
   std::string container() const {
-    return file("plain.trelvo", Wire().object(1, 1).value(TagUint32, 317).u32(42));
+    return file("plain.trelvo", Wire().object(1, 1).value(kTagUint32, 317).u32(42));
   }
-  static constexpr unsigned int TagUint32 = 6;
+  static constexpr unsigned int kTagUint32 = 6;
 };
 
 TEST_F(SealedContainers, ShowReadsWhatSealWrote) {

@@ -21,11 +21,11 @@ class Listener : public WireHandler {
   void beginObject(const WireItem& item, unsigned short key, unsigned int count) override {
     note(item, "object " + std::to_string(key) + " " + std::to_string(count));
   }
-  void endObject() override { notes.push_back("end"); }
+  void endObject() override { notes.emplace_back("end"); }
   void beginCollection(const WireItem& item, unsigned int count) override {
     note(item, "collection " + std::to_string(count));
   }
-  void endCollection() override { notes.push_back("end"); }
+  void endCollection() override { notes.emplace_back("end"); }
   void scalar(const WireItem& item, std::uint64_t bits) override {
     note(item, std::string(wireTagName(item.tag)) + " " + std::to_string(bits));
   }
@@ -35,7 +35,7 @@ class Listener : public WireHandler {
   void record(const WireItem& item, const gom::ObjectBase& record) override {
     note(item, "record " + std::to_string(record.key()));
   }
-  void brokenOff() override { notes.push_back("broken"); }
+  void brokenOff() override { notes.emplace_back("broken"); }
   bool stopped() const override { return notes.size() >= stopAfter; }
 
   std::vector<std::string> notes;
