@@ -852,7 +852,7 @@ class FailingObject : public GenericObject {
  public:
   FailingObject() : GenericObject(7) {}
   [[nodiscard]] bool write(IStream& stream) const override {
-    stream.writeUint8('!');
+    static_cast<void>(stream.writeUint8('!'));
     return false;
   }
 };
