@@ -71,7 +71,10 @@ bool CryptoUtilityUbuntu::generateKey(unsigned int length, unsigned char* output
   }
   const std::string path = seedPath(nameDigest);
   WipedText seed;
-  readSeed(path, place(length), seed);  // no byte of the key looks at what lies behind
+  // No byte of the key looks at what lies behind.
+  if (!readSeed(path, place(length), seed)) {
+    return false;
+  }
   if (seed.empty()) {
     makeSeed(seed);
     writeSeed(path, seed);

@@ -30,7 +30,8 @@ class TRELVO_EXPORT ICryptographyUtility : public gom::ReferenceCountable {
   /// `status` becomes StatusOk, or tells why the result is null: StatusInvalidParameter for a null
   /// or empty name, StatusFailed when cryptography is not available or memory runs out,
   /// StatusKeyFailure when no key could be made, as without a device identity (the seed file is
-  /// there all the same).
+  /// there all the same), or while the seed file cannot be read for want of descriptors, memory or
+  /// a working disk (it is then left alone).
   /// @return a plain pointer with reference count 0, for the caller to adopt into a
   ///         gom::SharedPointer, or null.
   [[nodiscard]] static ICryptographyUtility* open(const char* name, Status& status,

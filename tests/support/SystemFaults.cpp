@@ -104,10 +104,11 @@ struct Plan {
   bool paused = false;
   Manner manner = Manner::Fails;
   Reach reach = Reach::Once;
-  unsigned int at = 0;        ///< Counted from 1.
-  unsigned int calls = 0;     ///< Those that could go wrong, so far.
-  std::optional<Kind> first;  ///< The kind of the call that did.
-  long open = 0;              ///< Descriptors opened less those closed, armed or not.
+  unsigned int at = 0;          ///< Counted from 1.
+  unsigned int calls = 0;       ///< Those that could go wrong, so far.
+  std::optional<Kind> first;    ///< The kind of the call that did.
+  bool wrong[kKindCount] = {};  ///< Kinds of which a call did.
+  long open = 0;                ///< Descriptors opened less those closed, armed or not.
 };
 
 thread_local Plan gPlan;
@@ -116,11 +117,7 @@ bool counts(Kind kind) {
   return gPlan.armed && !gPlan.paused && (gPlan.manner == Manner::Fails || describe(kind).bytes);
 }
 
-/// Counts a call. @return whether it is one that goes wrong.
-bool goesWrong(Kind kind) {
-  if (!counts(kind)) {
-    return false;
-  }
+bool isReached(Kind kind) {
   if (++gPlan.calls == gPlan.at) {
     gPlan.first = kind;
     return true;
@@ -133,6 +130,13 @@ bool goesWrong(Kind kind) {
     default:
       return false;
   }
+}
+
+/// Counts a call. @return whether it is one that goes wrong.
+bool goesWrong(Kind kind) {
+  const bool wrong = counts(kind) && isReached(kind);
+  gPlan.wrong[static_cast<std::size_t>(kind)] |= wrong;
+  return wrong;
 }
 
 bool fails(Kind kind) {
@@ -297,7 +301,14 @@ FailedCalls everySystemCallComesUpShort(const std::function<void()>& run) {
 }
 
 SystemRun systemRun() {
-  return {gPlan.first.has_value(), gPlan.first ? describe(*gPlan.first).name : ""};
+  SystemRun run;
+  for (std::size_t i = 0; i < kKindCount; ++i) {
+    if (gPlan.wrong[i]) {
+      run.failed = true;
+      run.kinds.insert(kKinds[i].name);
+    }
+  }
+  return run;
 }
 
 SystemCallsSucceed::SystemCallsSucceed() noexcept : m_outer(gPlan.paused) { gPlan.paused = true; }

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 
 namespace trelvo::test {
@@ -32,8 +33,8 @@ FailedCalls everySystemCallComesUpShort(const std::function<void()>& run);
 
 /// What happened in this thread's run so far.
 struct SystemRun {
-  bool failed = false;    ///< Whether a call has failed.
-  std::string firstCall;  ///< The kind of the one that failed first.
+  bool failed = false;          ///< Whether a call has gone wrong.
+  std::set<std::string> kinds;  ///< Of which kinds those were.
 };
 SystemRun systemRun();
 
