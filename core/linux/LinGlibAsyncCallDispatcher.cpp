@@ -168,9 +168,9 @@ gboolean LinGlibAsyncCallDispatcher::dispatchStatic(GSource* source, GSourceFunc
     return FALSE;
   }
   const DispatchFrame frame(*dispatcher);
-  const bool served = dispatcher->dispatch();
+  const bool stays = dispatcher->dispatch();
   dispatcher->endDispatch();
-  return served ? TRUE : FALSE;
+  return stays ? TRUE : FALSE;
 }
 
 void LinGlibAsyncCallDispatcher::finalizeStatic(GSource* /*source*/) {}
@@ -207,16 +207,19 @@ LinGlibAsyncCallDispatcher* LinGlibAsyncCallDispatcher::beginDispatch(GSource* s
 }
 
 // Each descriptor is asked again before it is served: an earlier callback, of whatever source, may
-// have drained or closed it.
+// have drained or closed it. A poll that the system refuses says nothing about the sinks: it leaves
+// the source in the context, which will ask again.
 bool LinGlibAsyncCallDispatcher::dispatch() {
-  bool served = false;
+  bool stays = false;
   pollfd descriptor = {};
   for (auto position = firstPoller(); nextReadable(position, descriptor);) {
-    if (poll(&descriptor, 1, 0) > 0) {
-      served = invokeCallback(descriptor) || served;
+    const int ready = poll(&descriptor, 1, 0);
+    if (ready > 0) {
+      stays = invokeCallback(descriptor) || stays;
     }
+    stays = stays || ready < 0;
   }
-  return served;
+  return stays;
 }
 
 std::list<GPollFD>::iterator LinGlibAsyncCallDispatcher::firstPoller() {
