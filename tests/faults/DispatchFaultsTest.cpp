@@ -159,13 +159,21 @@ TEST_P(DispatchFaults, ALoopIsMadeOrNotAndCanAlwaysBeStopped) {
       return;
     }
     const gom::SharedPointer<ISemaphore> up = ISemaphore::create(0, 1);
+    const gom::SharedPointer<ISemaphore> turned = ISemaphore::create(0, 1);
+    {
+      const SystemCallsSucceed preparing;
+      loop->dispatcher()->queueAsyncCall(
+          [](void* semaphore) { static_cast<ISemaphore*>(semaphore)->signal(1, nullptr); },
+          turned.get());
+    }
     std::thread stopper([&] {
       EXPECT_TRUE(up->wait());
+      turned->tryWait(50);  // in vain where nothing is polled or received any more
       loop->stop();
     });
     EXPECT_EQ(loop->start(up), StatusOk);
-    EXPECT_FALSE(loop->isRunning());
     stopper.join();
+    EXPECT_FALSE(loop->isRunning());
   });
   expectKinds(failed, {"socketpair", "poll"});
 }
