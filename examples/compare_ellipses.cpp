@@ -34,28 +34,30 @@ gom::SharedPointer<schema::Area> area(double latitude, double longitude, unsigne
                               minorAxis, degrees * kRadiansPerDegree);
 }
 
-// The same area as the geometry takes it. False at the poles.
-bool ellipse(const schema::Area& area, Ellipse& result) {
-  result.centre = {Utility::wgs84Latitude(area.latitude()),
-                   Utility::wgs84Longitude(area.longitude())};
-  return result.shape.ellConvert(result.centre.latitude(), area.majorAxis(), area.minorAxis(),
-                                 Utility::toDegrees(area.angle()));
+// The same area as the geometry takes it. False at the poles, and where there is none.
+bool ellipse(const gom::SharedPointer<schema::Area>& area, Ellipse& result) {
+  if (!area) return false;
+  result.centre = {Utility::wgs84Latitude(area->latitude()),
+                   Utility::wgs84Longitude(area->longitude())};
+  return result.shape.ellConvert(result.centre.latitude(), area->majorAxis(), area->minorAxis(),
+                                 Utility::toDegrees(area->angle()));
 }
 
+// Empty when memory runs out, as everything that a create() gives.
 gom::SharedPointer<schema::GeranServingCellInjection> servingCell(
     const gom::SharedPointer<schema::Area>& covered) {
   auto cell = schema::GeranServingCellInjection::create(
       schema::GeranCellDn::create(262, 1, 0x1234, 0xA1B2), 1700000000);
-  cell->setCoverage(covered);
+  if (cell && cell->setCoverage(covered) != trelvo::StatusOk) cell.clear();
   return cell;
 }
 
-void addNeighbour(schema::GeranServingCellInjection& cell, unsigned char bsic, unsigned short arfcn,
+bool addNeighbour(schema::GeranServingCellInjection& cell, unsigned char bsic, unsigned short arfcn,
                   const gom::SharedPointer<schema::Area>& covered) {
   const auto neighbour =
       schema::GeranNeighborCellInjection::create(schema::GeranFrequencyInfo::create(bsic, arfcn));
-  neighbour->setCoverage(covered);
-  cell.addNeighborCellInjection(neighbour->wrappedObject());
+  return neighbour && neighbour->setCoverage(covered) == trelvo::StatusOk &&
+         cell.addNeighborCellInjection(neighbour->wrappedObject()) == trelvo::StatusOk;
 }
 
 // The first object in a list; empty when there is none.
@@ -82,19 +84,22 @@ void compare(const char* names, const Ellipse& a, const Ellipse& b) {
 
 int main() {
   const auto cell = servingCell(area(52.5163, 13.3777, 900, 400, 30.0f));
-  addNeighbour(*cell, 12, 62, area(52.5208, 13.4094, 1500, 1100, 120.0f));
-  addNeighbour(*cell, 13, 71, area(52.5251, 13.3694, 700, 700, 0.0f));
-
+  if (!cell || !addNeighbour(*cell, 12, 62, area(52.5208, 13.4094, 1500, 1100, 120.0f)) ||
+      !addNeighbour(*cell, 13, 71, area(52.5251, 13.3694, 700, 700, 0.0f))) {
+    return 1;
+  }
   const auto injection = schema::Injection::create();
-  injection->addGeranInjection(cell->wrappedObject());
   trelvo::BufferStream stream;
-  if (!injection->write(stream)) return 1;
+  if (!injection || injection->addGeranInjection(cell->wrappedObject()) != trelvo::StatusOk ||
+      !injection->write(stream)) {
+    return 1;
+  }
 
   const auto back = schema::Injection::create(gom::GenericObject::create(stream));
   if (!back) return 1;
   const auto heard =
       schema::GeranServingCellInjection::create(firstOf(back->geranInjectionCollection()));
-  if (!heard) return 1;
+  if (!heard || !heard->dn()) return 1;
   const auto neighbours = heard->neighborCellInjectionCollection();
   const auto neighbour = schema::GeranNeighborCellInjection::create(firstOf(neighbours));
   if (!neighbour) return 1;
@@ -103,9 +108,12 @@ int main() {
               Utility::injectionTimeStamp(back->wrappedObject()));
 
   Ellipse serving, beside, rival;
-  if (!ellipse(*heard->coverage(), serving) || !ellipse(*neighbour->coverage(), beside)) return 1;
   // What another source says of the same cell.
-  if (!ellipse(*area(52.5200, 13.3900, 500, 500, 0.0f), rival)) return 1;
+  const auto claimed = area(52.5200, 13.3900, 500, 500, 0.0f);
+  if (!ellipse(heard->coverage(), serving) || !ellipse(neighbour->coverage(), beside) ||
+      !ellipse(claimed, rival)) {
+    return 1;
+  }
 
   print("cell", serving);
   print("neighbour", beside);

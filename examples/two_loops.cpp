@@ -46,10 +46,11 @@ class Scanner : public IThreadObserver, public ITimerObserver, public IAsyncCall
 
   /// The thread's body. What belongs to a thread is made on it.
   int threadMain() override {
-    m_loop = MainLoop::create(AsyncCallDispatcher::MainLoopTypeLinPoll);
-    m_dispatcher = m_loop->dispatcher();
-    m_timer = ITimer::create(this);
-    m_timer->start(kIntervalMs, 0);
+    m_ready = prepare();
+    if (!m_ready) {
+      if (m_up) m_up->signal(1, nullptr);  // whoever waits is not to wait for ever
+      return 1;
+    }
     const trelvo::Status status = m_loop->start(m_up);
     m_timer.clear();
     return static_cast<int>(status);
@@ -71,18 +72,28 @@ class Scanner : public IThreadObserver, public ITimerObserver, public IAsyncCall
     m_timer->start(kIntervalMs, 0);
   }
 
-  /// Waits until the loop is up, for the thread that made the scanner.
-  bool waitUntilUp() { return m_up && m_up->wait(); }
+  /// Waits until the loop is up, for the thread that made the scanner. False when it will not be.
+  bool waitUntilUp() { return m_up && m_up->wait() && m_ready; }
   MainLoop& loop() { return *m_loop; }
   IAsyncCallDispatcher& dispatcher() { return *m_dispatcher; }
 
  private:
+  // Factories give an empty handle when memory or descriptors run out.
+  bool prepare() {
+    m_loop = MainLoop::create(AsyncCallDispatcher::MainLoopTypeLinPoll);
+    if (!m_up || !m_loop) return false;
+    m_dispatcher = m_loop->dispatcher();
+    m_timer = ITimer::create(this);
+    return m_dispatcher && m_timer && m_timer->start(kIntervalMs, 0) == trelvo::StatusOk;
+  }
+
   IAsyncCallDispatcher& m_reporters;
   IAsyncCallReceiver& m_reporter;
   SharedPointer<ISemaphore> m_up = ISemaphore::create(0, 1);
   SharedPointer<MainLoop> m_loop;
   SharedPointer<IAsyncCallDispatcher> m_dispatcher;
   SharedPointer<ITimer> m_timer;
+  bool m_ready = false;  // written before m_up is signalled, read after
   Batch m_batch;
   int m_taken = 0;
 };
@@ -118,9 +129,14 @@ int main() {
   if (!loop) return 1;
   Reporter reporter(*loop);
   const auto dispatcher = loop->dispatcher();
+  if (!dispatcher) return 1;
   Scanner scanner(*dispatcher, reporter);
   const auto thread = IThread::create(&scanner, false);
-  if (!thread || !scanner.waitUntilUp()) return 1;
+  if (!thread) return 1;
+  if (!scanner.waitUntilUp()) {
+    thread->wait();
+    return 1;
+  }
   reporter.setScanner(scanner);  // batches wait in this thread's dispatcher until the loop runs
 
   const trelvo::Status status = loop->start(nullptr);

@@ -10,7 +10,9 @@ rm -rf "$build"
   -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF
 grep -q "^trelvocore_DIR:PATH=$prefix/" "$build/CMakeCache.txt"
 "$CMAKE" --build "$build"
-declare -A runner=([logging]="$PYTHON;$(dirname "$0")/logging.py;")
+in_directory="$PYTHON;$(dirname "$0")/in_directory.py;"
+declare -A runner=([logging]="$PYTHON;$(dirname "$0")/logging.py;"
+                   [files]=$in_directory [sealed_file]=$in_directory)
 for program in "$@"; do
   "$CMAKE" -DPROGRAM="${runner[$program]:-}$build/$program" -DEXPECTED="$(dirname "$0")/$program.txt" \
     -P "$(dirname "$0")/check_output.cmake"
