@@ -110,5 +110,12 @@ TEST(ReferenceCountable, AConstructorThatThrowsGivesTheMemoryBack) {
   EXPECT_THROW(SharedPointer<Refusing>(new (std::nothrow) Refusing), int);
 }
 
+class alignas(128) RefusingAligned : public Refusing {};
+
+TEST(ReferenceCountable, SoDoesThatOfAnOverAlignedClass) {
+  EXPECT_THROW(SharedPointer<RefusingAligned>(new RefusingAligned), int);
+  EXPECT_THROW(SharedPointer<RefusingAligned>(new (std::nothrow) RefusingAligned), int);
+}
+
 }  // namespace
 }  // namespace trelvo::gom

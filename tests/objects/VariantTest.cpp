@@ -9,6 +9,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -811,6 +812,16 @@ TEST(Variant, OfAnApplicationIsWrittenByItsVirtualFunctionInAList) {
   EXPECT_EQ(list->add(new LoudVariant), StatusOk);
   EXPECT_EQ(list->add(Variant::create()), StatusOk);
   expectWrites(*list, bytes("03 00 00 00 02 00 00 00 09 21 00 00 00 00"));
+}
+
+class RefusingVariant : public Variant {
+ public:
+  RefusingVariant() { throw 7; }
+};
+
+TEST(Variant, AConstructorThatThrowsGivesTheMemoryBack) {
+  EXPECT_THROW(std::make_unique<RefusingVariant>(), int);
+  EXPECT_THROW(std::unique_ptr<Variant>(new (std::nothrow) RefusingVariant), int);
 }
 
 }  // namespace
