@@ -15,7 +15,6 @@ pkg_check_modules(PROPERTIES_CPP REQUIRED IMPORTED_TARGET GLOBAL properties-cpp)
 # target, the line of the CMake package that finds it, the pkg-config module.
 set(TRELVO_PUBLIC_DEPENDENCIES
   "PkgConfig::GLIB|pkg_check_modules(GLIB REQUIRED IMPORTED_TARGET glib-2.0)|glib-2.0"
-  "PkgConfig::PROPERTIES_CPP|pkg_check_modules(LIBDEFLATE REQUIRED IMPORTED_TARGET GLOBAL libdeflate)
-pkg_check_modules(PROPERTIES_CPP REQUIRED IMPORTED_TARGET properties-cpp)|properties-cpp"
+  "PkgConfig::PROPERTIES_CPP|pkg_check_modules(PROPERTIES_CPP REQUIRED IMPORTED_TARGET properties-cpp)|properties-cpp"
   "ZLIB::ZLIB|find_dependency(ZLIB)|zlib"
   "Boost::headers|find_dependency(Boost)|")
