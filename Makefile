@@ -3,7 +3,8 @@
 JOBS ?= $(shell nproc)
 BUILD = cmake --build --preset
 
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage abi clean
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage package \
+	package-check abi clean
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
@@ -15,6 +16,8 @@ help:
 	@echo 'make docs         the manual, from the headers and docs/'
 	@echo 'make tidy         clang-tidy and clang-format over the sources'
 	@echo 'make coverage     run all tests, print line and branch coverage'
+	@echo 'make package      Debian packages, into build/package'
+	@echo 'make package-check  install them in a new Debian, use them, and purge them'
 	@echo 'make abi          compare the binary interface with the last release'
 	@echo 'make clean        remove build/'
 
@@ -68,6 +71,13 @@ coverage:
 	@scripts/install-deps coverage
 	$(call run_tests,coverage)
 	scripts/coverage build/coverage
+
+package:
+	@scripts/install-deps package
+	scripts/package build/package
+
+package-check: package
+	scripts/package-check build/package
 
 abi:
 	@scripts/install-deps package

@@ -4,8 +4,8 @@ Usage: vtables.py headers SOURCE_ROOT LIST              the public headers decla
        vtables.py library SOURCE_ROOT READELF LIBRARY   the library's tables are what they declare
        vtables.py write SOURCE_ROOT LIST                writes LIST anew, for a new SONAME
 
-LIST has a paragraph a class: its bases, then the virtual functions that it declares, in their order.
-New functions of a class stand behind all slots of its first base that has any, so a line more or
+LIST has a paragraph a class: its bases, then the virtual functions that it declares, in order. New
+functions of a class stand behind all slots of its first base that has any, so a line more or
 less, or at another place, moves what callers find.
 """
 

@@ -106,7 +106,7 @@ class Symbols(unittest.TestCase):
                 ("trelvo::core::LinTimer::start(unsigned int, unsigned int)", "start(vv)"),
                 ("trelvo::A::post(void (*)(void*), void*)", "post(fv)"),
                 ("trelvo::A::path[abi:cxx11]() const", "path() const"),
-                ("trelvo::A::read(std::map<int, std::pair<int, int>, std::less<int> >&)", "read(v)"),
+                ("trelvo::A::read(std::map<int, std::pair<int, int>, A<int> >&)", "read(v)"),
                 ("trelvo::gom::List<trelvo::A>::at(int) const", "at(v) const")):
             self.assertEqual(vtables.signature_of_symbol(symbol), signature)
 
