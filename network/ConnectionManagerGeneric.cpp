@@ -120,6 +120,7 @@ Status ConnectionManagerGeneric::startMonitorUsedConnection() {
   {
     const RecordLock lock(m_recordMutex);
     m_usedConnections.clear();
+    m_usedUnknown = false;
     std::swap(monitored, m_monitoring);
   }
   std::list<UsedConnection> used;
@@ -157,12 +158,18 @@ std::list<UsedConnection> ConnectionManagerGeneric::withCounters(
 void ConnectionManagerGeneric::stopMonitorUsedConnection(ConnectionInfoContainer& connections) {
   std::list<UsedConnection> used;
   bool counted = false;
+  bool unknown = false;
   {
     const RecordLock lock(m_recordMutex);
     if (!m_monitoring) return;
     m_monitoring = false;
     used.swap(m_usedConnections);
     counted = !m_useDataConnection;
+    unknown = m_usedUnknown;
+  }
+  if (unknown) {
+    connections.add(ConnectionInfo());
+    return;
   }
   if (counted) {
     addByCounters(used, connections);
@@ -272,11 +279,16 @@ void ConnectionManagerGeneric::handleConnectionDisconnected(const ConnectionInfo
   notifyConnectionListChange();
 }
 
-// With the record's mutex held.
+// With the record's mutex held. No exception may get out to the adaptation.
 void ConnectionManagerGeneric::updateDataConnection(const ConnectionInfo& info) {
   if (!m_useDataConnection) return;
   m_dataConnection = info;
-  if (m_monitoring) m_usedConnections.push_back(UsedConnection{info, 0});
+  if (!m_monitoring) return;
+  try {
+    m_usedConnections.push_back(UsedConnection{info, 0});
+  } catch (const std::bad_alloc&) {
+    m_usedUnknown = true;
+  }
 }
 
 void ConnectionManagerGeneric::notifyConnectionListChange() {

@@ -1,10 +1,12 @@
 #include <memory>
+#include <new>
 
 #include <gtest/gtest.h>
 
 #include <trelvo/IConnectionInfoList.h>
 #include <trelvo/INetworkAdaptation.h>
 #include <trelvo/network/ConnectionManagerGeneric.h>
+#include <trelvo/network/IConnectionManagerObserver.h>
 
 #include "tests/support/AllocationFailure.h"
 
@@ -81,6 +83,61 @@ TEST_P(ConnectionManagerMemory, AskingAndStartingGiveTheirStatusWhenItRunsOut) {
       EXPECT_EQ(used.empty(), started != StatusOk);
     }
     delete generic;
+  });
+}
+
+class CountingObserver : public IConnectionManagerObserver {
+ public:
+  void handleConnectionListChanged() override { ++changes; }
+  void handleNetworkingEnabledChanged(bool) override {}
+  int changes = 0;
+};
+
+TEST(ConnectionManagerEventsMemory, AConnectionThatFindsNoRoomIsToldOfAndMakesTheUsedOnesUnknown) {
+  bool unknown = false;
+  test::everyAllocationFails([&unknown] {
+    FrugalAdaptation adaptation(StatusOk);
+    std::unique_ptr<ConnectionManagerGeneric> generic;
+    CountingObserver observer;
+    {
+      const test::AllocationsSucceed preparing;
+      generic = std::make_unique<ConnectionManagerGeneric>();
+      generic->initialize(&adaptation);
+      generic->addObserver(&observer);
+      ASSERT_EQ(generic->startMonitorUsedConnection(), StatusOk);
+    }
+    ConnectionInfo cellular;
+    cellular.type = 2;
+    generic->handleConnectionEstablished(cellular);
+    EXPECT_EQ(observer.changes, 1);
+    const test::AllocationsSucceed checks;
+    ConnectionInfoContainer used;
+    generic->stopMonitorUsedConnection(used);
+    ASSERT_FALSE(used.empty());
+    unknown = used.size() == 1;
+    EXPECT_EQ(used.back().type, unknown ? 0U : 2U);
+  });
+  EXPECT_FALSE(unknown) << "the run that gets through";
+}
+
+TEST(ConnectionManagerEventsMemory, AnObserverIsSetOrNot) {
+  test::everyAllocationFails([] {
+    FrugalAdaptation adaptation(StatusOk);
+    CountingObserver observer;
+    std::unique_ptr<IConnectionManager> manager;
+    {
+      const test::AllocationsSucceed preparing;
+      manager.reset(IConnectionManager::create(&adaptation));
+    }
+    bool set = true;
+    try {
+      manager->setObserver(&observer);
+    } catch (const std::bad_alloc&) {
+      set = false;
+    }
+    const test::AllocationsSucceed checks;
+    gConnectionManagerGenericStatic.m_value->handleConnectionDisconnected(ConnectionInfo());
+    EXPECT_EQ(observer.changes, set ? 1 : 0);
   });
 }
 

@@ -120,9 +120,11 @@ class TRELVO_EXPORT ConnectionManagerGeneric : public IConnectionManager,
   ConnectionInfo m_dataConnection;  // the active connection; type 0 when none is known
 
   std::mutex m_initializing;
-  // Guards m_usedConnections, m_monitoring, m_useDataConnection, m_dataConnection, m_eventCount.
+  // Guards m_usedConnections, m_monitoring, m_useDataConnection, m_dataConnection, m_eventCount,
+  // m_usedUnknown.
   mutable std::mutex m_recordMutex;
   unsigned int m_eventCount = 0;  // reports so far: an answer older than the last one is not kept
+  bool m_usedUnknown = false;     // one of them found no memory
 };
 
 /// Holds the common manager while there are proxies. It is made and let go by them alone.
