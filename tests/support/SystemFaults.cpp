@@ -11,6 +11,7 @@
 #include <sys/types.h>
 #include <unistd.h>
 #include <utime.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -30,11 +31,13 @@ namespace {
 
 enum class Kind {
   Connect,
+  DeflateInit,
   Fcntl,
   Fdopen,
   Flush,
   Fopen,
   Getcwd,
+  InflateInit,
   Lstat,
   Mkdir,
   Open,
@@ -65,11 +68,13 @@ struct Description {
 
 constexpr Description kKinds[] = {
     {"connect", ECONNREFUSED, false},
+    {"deflateInit", ENOMEM, false},
     {"fcntl", EMFILE, false},
     {"fdopen", ENOMEM, false},
     {"fflush", EIO, false},
     {"fopen", EMFILE, false},
     {"getcwd", ENOENT, false},
+    {"inflateInit", ENOMEM, false},
     {"lstat", EIO, false},
     {"mkdir", ENOSPC, false},
     {"open", EMFILE, false},
@@ -487,6 +492,18 @@ TRELVO_FRONT int closedir(DIR* directory) {
   static auto* const next = nextOf<int(DIR*)>("closedir");
   gPlan.open -= 1;
   return next(directory);
+}
+
+// zlib asks malloc itself for its memory.
+
+TRELVO_FRONT int deflateInit_(z_streamp stream, int level, const char* version, int size) {
+  static auto* const next = nextOf<int(z_streamp, int, const char*, int)>("deflateInit_");
+  return fails(Kind::DeflateInit) ? Z_MEM_ERROR : next(stream, level, version, size);
+}
+
+TRELVO_FRONT int inflateInit_(z_streamp stream, const char* version, int size) {
+  static auto* const next = nextOf<int(z_streamp, const char*, int)>("inflateInit_");
+  return fails(Kind::InflateInit) ? Z_MEM_ERROR : next(stream, version, size);
 }
 
 #undef TRELVO_FRONT

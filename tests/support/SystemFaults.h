@@ -9,7 +9,8 @@ namespace trelvo::test {
 
 // A test program that compiles SystemFaults.cpp stands between the library and the system: calls
 // such as open, poll or recv come to it first, whoever makes them, the library or one that it uses,
-// and it decides, thread by thread, how they go. Streams of the C library that are opened in a run
+// and it decides, thread by thread, how they go. zlib's starting calls, which may find no memory,
+// count with them. Streams of the C library that are opened in a run
 // move their bytes by its read and write, so that real streams meet the failures.
 //
 // Each run gets a thread of its own, so that a server on another thread is left alone.
