@@ -41,6 +41,7 @@ class Sweep {
   void cloningOutOfMemoryGivesNothingAndLeavesTheOriginal() const;
   void readingOutOfMemoryGivesFalse() const;
   void writingOutOfMemoryThrowsBadAlloc() const;
+  void wrappingOutOfMemoryGivesNothing() const;
 
  private:
   const SchemaClass& type() const { return m_vector.recipe.resultClass(); }
@@ -252,6 +253,21 @@ void Sweep::writingOutOfMemoryThrowsBadAlloc() const {
   });
 }
 
+void Sweep::wrappingOutOfMemoryGivesNothing() const {
+  if (!isComposite()) {
+    return;
+  }
+  everyAllocationFails([this] {
+    Built source = built();
+    Made wrapper;
+    const Handle<gom::GenericObject> object = type().generic(objectOf(source));
+    if (type().wrap(wrapper, object)) {
+      EXPECT_EQ(type().generic(wrapper), object);
+    }
+    EXPECT_EQ(written(objectOf(source)), content());
+  });
+}
+
 void forEveryVector(void (Sweep::*check)() const) {
   EXPECT_GT(vectorNames().size(), 0U);
   for (const std::string& name : vectorNames()) {
@@ -276,6 +292,9 @@ TEST(EveryVector, CloningOutOfMemoryGivesNothingAndLeavesTheOriginal) {
 }
 TEST(EveryVector, ReadingOutOfMemoryGivesFalse) {
   forEveryVector(&Sweep::readingOutOfMemoryGivesFalse);
+}
+TEST(EveryVector, WrappingOutOfMemoryGivesNothing) {
+  forEveryVector(&Sweep::wrappingOutOfMemoryGivesNothing);
 }
 TEST(EveryVector, WritingOutOfMemoryThrowsBadAlloc) {
   forEveryVector(&Sweep::writingOutOfMemoryThrowsBadAlloc);
