@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -94,6 +95,33 @@ TEST_F(HTTPMemory, RunsOutInADownload) {
   EXPECT_EQ(set, StatusOk);
   EXPECT_EQ(status, StatusChecksumMismatch);
   EXPECT_EQ(bytes, 80U);
+}
+
+TEST_F(HTTPMemory, RunsOutInADownloadIntoAnEncryptedFile) {
+  const std::string body = pattern(3000);
+  const Parrot server(found(body));
+  Status status = StatusFailed;
+  everyAllocationFails([&] {
+    {
+      const AllocationsSucceed preparing;
+      std::filesystem::remove(local);
+    }
+    const std::unique_ptr<Prepared> prepared = prepare(server.address());
+    IHTTPRequest& request = *prepared->request;
+    static const unsigned char name[] = "sltdb";
+    const Status set =
+        request.setDataEncryption(IHTTPRequest::CipherAes, name, sizeof name, nullptr, 0);
+    EXPECT_TRUE(set == StatusOk || set == StatusOutOfMemory || set == StatusFailed) << set;
+    unsigned long long bytes = 0;
+    status = request.download(path, local, bytes);
+    EXPECT_TRUE(status == StatusOk || status == StatusOutOfMemory || status == StatusFailed ||
+                (status == StatusWrongState && set == StatusFailed))
+        << status;
+    const AllocationsSucceed checking;
+    EXPECT_EQ(bytes, status == StatusOk ? body.size() : 0U);
+    EXPECT_EQ(contentOfFile(local).size(), status == StatusOk ? body.size() : 0U);
+  });
+  EXPECT_EQ(status, StatusOk);
 }
 
 TEST_F(HTTPMemory, RunsOutInAQuestion) {
