@@ -31,11 +31,11 @@ bool convertText(const From* s, std::size_t length, std::basic_string<To>& out) 
   }
   // The limit counts what is written: exactly the result, without a terminator.
   std::basic_string<To> result(size, To());
-  if (convertTerminated(result.data(), text.c_str(), size) != size) {
-    return false;
+  const bool converted = convertTerminated(result.data(), text.c_str(), size) == size;
+  if (converted) {
+    out = std::move(result);
   }
-  out = std::move(result);
-  return true;
+  return converted;
 }
 
 template <class From, class To>

@@ -79,9 +79,6 @@ HTTPRequest::~HTTPRequest() {
   if (m_curlGlobalInit) {
     curl_global_cleanup();
   }
-  if (m_ownsConnectionManager) {
-    delete m_connectionManager;
-  }
   delete m_crc;
 }
 

@@ -11,9 +11,6 @@ LinMutex::~LinMutex() {
   if (!m_created) {
     return;
   }
-  if (m_held) {
-    pthread_mutex_unlock(&m_mutex);
-  }
   pthread_mutexattr_destroy(&m_attr);
   pthread_mutex_destroy(&m_mutex);
 }

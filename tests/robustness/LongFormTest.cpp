@@ -13,6 +13,9 @@
 #include <trelvo/gom/GenericObject.h>
 #include <trelvo/gom/ValueCollection.h>
 #include <trelvo/gom/Variant.h>
+#include <trelvo/schema/GeranNwMeasurement.h>
+#include <trelvo/schema/GeranServingCellMeasurement.h>
+#include <trelvo/schema/PositionEstimate.h>
 
 #include "tests/support/AllocationFailure.h"
 #include "tests/support/WireChecks.h"
@@ -120,6 +123,49 @@ TEST(LongForm, OfTextsAndNumbersTakesOneAllocation) {
   Variant variant;
   ASSERT_EQ(variant.setGenericObjectValue(object), StatusOk);
   expectOneAllocation(variant, joined({bytes("0d 00 00 00"), form}));
+}
+
+/// A list of `count` variants that hold `record`.
+List listOf(const SharedPointer<gom::ObjectBase>& record, int count) {
+  List list = ValueCollection::create();
+  for (; count > 0; --count) {
+    Variant* const item = Variant::create();
+    EXPECT_EQ(item->setObjectValue(record), StatusOk);
+    EXPECT_EQ(list->add(item), StatusOk);
+  }
+  return list;
+}
+
+TEST(LongForm, OfPositionsLeavesOutWhatHasNoPlaceOnTheWire) {
+  const auto estimate = schema::PositionEstimate::create(1.5, -2.5, 10.0, 1700000000);
+  ASSERT_EQ(estimate->setBuildingId("a house with a long name"), StatusOk);
+  Variant one;
+  ASSERT_EQ(one.setObjectValue(estimate), StatusOk);
+  const Bytes element = writtenToForeign(one);
+  Bytes form = number(100);
+  for (int i = 0; i < 100; ++i) {
+    form = joined({form, element});
+  }
+  expectOneAllocation(*listOf(estimate, 100), form);
+}
+
+/// A record that an application derived, and that refuses to be written.
+class Mute : public schema::GeranNwMeasurement {
+ public:
+  [[nodiscard]] bool write(IStream& /*stream*/) const override { return false; }
+};
+
+TEST(LongForm, OfARecordWhosePartRefusesIsRefused) {
+  const auto serving = schema::GeranServingCellMeasurement::create();
+  ASSERT_EQ(serving->setNwMeasurement(new Mute), StatusOk);
+  LimitedStream foreign;
+  EXPECT_FALSE(serving->write(foreign));
+  for (const int count : {1, 1000}) {
+    const List list = listOf(serving, count);
+    BufferStream stream;
+    EXPECT_FALSE(list->write(stream));
+    EXPECT_FALSE(list->write(foreign));
+  }
 }
 
 /// A variant that writes itself in its own way, so that nobody knows how long it is.

@@ -41,7 +41,7 @@ class TRELVO_EXPORT LinMutex : public IMutex {
   pthread_mutex_t m_mutex = PTHREAD_RECURSIVE_MUTEX_INITIALIZER_NP;
   pthread_mutexattr_t m_attr = {};
   bool m_created = false;
-  bool m_held = false;
+  [[maybe_unused]] bool m_held = false;  // kept for the object's layout
 };
 
 }  // namespace trelvo::core

@@ -134,7 +134,7 @@ class TRELVO_EXPORT HTTPRequest : public IHTTPRequest {
   void store(const unsigned char* data, unsigned int length);
 
   IConnectionManager* m_connectionManager;
-  bool m_ownsConnectionManager = false;
+  [[maybe_unused]] bool m_ownsConnectionManager = false;  // kept for the object's layout
   int m_allowedConnectionTypes = 0;
   std::atomic<bool> m_cancelled = false;
   void* m_curl = nullptr;  // CURL*
