@@ -97,7 +97,8 @@ bool AsyncCallDispatcherCommon::addDelegate(const Delegate& delegate) {
   doScheduleDelegate(m_nextId);
 
   next.key() = ++m_nextId;
-  delegates.insert(delegates.end(), std::move(next))->second = {};
+  const auto last = delegates.insert(delegates.end(), std::move(next));
+  last->second = {};
   return true;
 }
 

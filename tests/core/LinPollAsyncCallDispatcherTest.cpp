@@ -337,6 +337,26 @@ TEST(LinPollAsyncCallDispatcher, LastHandleDroppedInANestedSleepEndsItAfterTheOu
   });
 }
 
+TEST(LinPollAsyncCallDispatcher, LastHandleDroppedInAnotherOnesSleepEndsItAfterItsOwn) {
+  onFreshThread([] {
+    const auto before = openDescriptors();
+    {
+      const auto other = AsyncCallDispatcher::openLinGlibAsyncDispatcher();
+      LinPollAsyncCallDispatcher* const plain = LinPollAsyncCallDispatcher::create();
+      Dispatcher last = plain;
+      std::function<void()> drop = [&] { last.clear(); };
+      std::function<void()> nest = [&] {
+        other->queueAsyncCall(test::run, &drop);
+        EXPECT_EQ(other->sleep(0), 1);
+        EXPECT_EQ(plain->sleep(0), 2) << "it is still there";
+      };
+      plain->queueAsyncCall(test::run, &nest);
+      EXPECT_EQ(plain->sleep(0), 1);
+    }
+    EXPECT_EQ(openDescriptors(), before);
+  });
+}
+
 TEST(LinPollAsyncCallDispatcher, HandleTakenAnewAfterTheLastOneWasDroppedKeepsIt) {
   onFreshThread([] {
     Dispatcher last = openPoll();

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <climits>
+#include <filesystem>
 #include <functional>
 #include <thread>
 #include <vector>
@@ -244,6 +246,22 @@ TEST_F(LinTimerTest, RefusesEventsOfOtherDescriptors) {
   EXPECT_THROW(sink->handlePollEvent({-1, POLLIN, POLLIN}), Status);
   EXPECT_THROW(sink->handlePollEvent({0, POLLIN, POLLIN}), Status);
   EXPECT_EQ(observer.events, 0);
+}
+
+TEST_F(LinTimerTest, IgnoresAnEventAheadOfItsTime) {
+  int own = -1;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    const auto target = std::filesystem::read_symlink(entry.path(), gone);
+    if (target == "anon_inode:[timerfd]") {
+      own = std::max(own, std::stoi(entry.path().filename()));
+    }
+  }
+  ASSERT_GT(own, 0);
+  ASSERT_EQ(timer->start(kHourMs, 0ULL, 0), StatusOk);
+  dynamic_cast<IPollSink&>(*timer).handlePollEvent({own, POLLIN, POLLIN});
+  EXPECT_EQ(observer.events, 0);
+  EXPECT_TRUE(timer->isActive());
 }
 
 TEST_F(LinTimerTest, TellsTheTimeProvider) {
