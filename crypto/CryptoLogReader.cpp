@@ -84,12 +84,21 @@ Status readHead(core::IFile& file, Buffer& head) {
   return file.read(head.data(), size) == size ? StatusOk : StatusFileError;
 }
 
-/// Decompresses all of `body`. The end may come anywhere: the writer may have died.
-Status inflateAll(ICryptoFile& body, Inflater& inflater) {
+/// How many bytes of `file` lie ahead; 0 when that cannot be told.
+unsigned int bytesAhead(core::IFile& file) {
+  unsigned int size = 0;
+  return file.getSize(size) && size > file.offset() ? size - file.offset() : 0;
+}
+
+/// Decompresses all of `body`. The end may come anywhere, since the writer may have died, but not
+/// ahead of the `size` bytes that are there: a block that does not decipher looks like the end.
+Status inflateAll(ICryptoFile& body, unsigned int size, Inflater& inflater) {
   Room input(kInputSize);
+  unsigned long long taken = 0;
   while (true) {
     const unsigned int got = body.read(input.data(), kInputSize);
-    if (got < kInputSize && !body.eof()) {
+    taken += got;
+    if (got < kInputSize && (!body.eof() || taken < size)) {
       return StatusFileError;
     }
     const Status status = got != 0 ? inflater.take(input.data(), got) : StatusOk;
@@ -99,7 +108,7 @@ Status inflateAll(ICryptoFile& body, Inflater& inflater) {
   }
 }
 
-Status writeText(ICryptoFile& body, const char* outputPath) {
+Status writeText(ICryptoFile& body, unsigned int size, const char* outputPath) {
   const gom::SharedPointer<core::IFile> output = core::Directory::createFile(outputPath, 0);
   if (!output) {
     return StatusFileError;
@@ -108,7 +117,7 @@ Status writeText(ICryptoFile& body, const char* outputPath) {
   if (!inflater.started()) {
     return StatusInternal;
   }
-  const Status status = inflateAll(body, inflater);
+  const Status status = inflateAll(body, size, inflater);
   if (status != StatusOk && status != StatusFailed) {
     return status;
   }
@@ -133,9 +142,10 @@ Status decryptFile(const char* inputPath, const char* outputPath, const char* pr
       key.size() < kNeeded) {
     return StatusKeyFailure;
   }
+  const unsigned int size = bytesAhead(*file);
   const gom::SharedPointer<ICryptoFile> body =
       ICryptoFile::open(file, key.data(), key.data() + slog::kKeySize);
-  return body ? writeText(*body, outputPath) : StatusFileError;
+  return body ? writeText(*body, size, outputPath) : StatusFileError;
 }
 
 }  // namespace
