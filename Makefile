@@ -5,6 +5,10 @@ BUILD = cmake --build --preset
 
 .PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage package \
 	package-check abi clean
+PORTS = armhf i386 arm64 s390x
+
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage clean
+.PHONY: ports $(PORTS:%=ports-%)
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
@@ -12,6 +16,8 @@ help:
 	@echo 'make check-asan   the same under the address, leak and undefined-behaviour sanitizers'
 	@echo 'make check-tsan   the same under the thread sanitizer'
 	@echo 'make check-clang  the same built by Clang'
+	@echo 'make ports        build for other processors, run all tests under emulators'
+	@echo 'make ports-armhf  one of them; there are $(PORTS)'
 	@echo 'make bench        time this library beside others'
 	@echo 'make docs         the manual, from the headers and docs/'
 	@echo 'make tidy         clang-tidy and clang-format over the sources'
@@ -49,6 +55,13 @@ check-tsan:
 check-clang:
 	@scripts/install-deps clang
 	$(call run_tests,clang)
+
+ports: $(PORTS:%=ports-%)
+
+$(PORTS:%=ports-%): ports-%:
+	@scripts/install-deps ports
+	@scripts/sysroot $*
+	$(call run_tests,$*)
 
 bench:
 	@scripts/install-deps bench

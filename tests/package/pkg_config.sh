@@ -8,4 +8,4 @@ export PKG_CONFIG_PATH=$1/pkgconfig
 flags=$("$PKG_CONFIG" --cflags --libs trelvocore)
 echo "flags: $flags"
 "$CXX" -std=c++17 -Wall -Wextra -Werror $CXXFLAGS "$2/main.cpp" $flags -o "$3/outside"
-check_output env LD_LIBRARY_PATH="$1" "$3/outside"
+LD_LIBRARY_PATH=$1 check_output "$3/outside"
