@@ -9,6 +9,7 @@ PORTS = armhf i386 arm64 s390x
 
 .PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage clean
 .PHONY: ports $(PORTS:%=ports-%)
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage fuzz fuzz-m32 clean
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
@@ -25,6 +26,8 @@ help:
 	@echo 'make package      Debian packages, into build/package'
 	@echo 'make package-check  install them in a new Debian, use them, and purge them'
 	@echo 'make abi          compare the binary interface with the last release'
+	@echo 'make fuzz         run each fuzz target TIME seconds (60)'
+	@echo 'make fuzz-m32     the same for the object model as a 32-bit program'
 	@echo 'make clean        remove build/'
 
 demo:
@@ -97,6 +100,19 @@ abi:
 	test -f build/debug/build.ninja || cmake --preset debug -DTRELVO_TESTS=OFF
 	$(BUILD) debug -j $(JOBS) --target trelvocore
 	scripts/abi build/debug
+TIME ?= 60
+
+fuzz:
+	@scripts/install-deps fuzz
+	cmake --preset fuzz -DTRELVO_TESTS=OFF
+	$(BUILD) fuzz -j $(JOBS)
+	scripts/fuzz build/fuzz $(TIME)
+
+fuzz-m32:
+	@scripts/install-deps fuzz-m32
+	cmake -G Ninja -S fuzz/m32 -B build/fuzz-m32 -DCMAKE_CXX_COMPILER=clang++-14
+	cmake --build build/fuzz-m32 -j $(JOBS)
+	scripts/fuzz build/fuzz-m32 $(TIME)
 
 clean:
 	rm -rf build

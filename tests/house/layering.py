@@ -31,7 +31,7 @@ HEADERS_ELSEWHERE = {
 FOREIGN = ("core/connection.h", "core/property.h", "core/signal.h")
 
 # Folders of programs. They use the library as everyone does, by its public headers.
-USERS = ("tools", "examples", "bench")
+USERS = ("tools", "examples", "bench", "fuzz")
 # But for the bench of the cipher, which times it without the file around it.
 USERS_INSIDE = (("bench/sealed/CipherBench.cpp", "crypto/CounterCipher.h"),)
 

@@ -1,0 +1,39 @@
+// The readers of flat records. The first byte picks the class; what follows is the record.
+
+#include <trelvo/gom/ObjectBase.h>
+#include <trelvo/gom/SharedPointer.h>
+#include <trelvo/schema/ObjectBaseFactory.h>
+
+#include "fuzz/WireTarget.h"
+
+namespace trelvo::fuzz {
+
+namespace {
+
+using gom::ObjectBase;
+using Handle = gom::SharedPointer<ObjectBase>;
+
+constexpr unsigned int kFirstClass = 100;
+constexpr unsigned int kClasses = 36;
+
+void checkRecord(const Handle& record) {
+  const Handle clone(record->clone());
+  require(clone && writtenForm(*clone) == writtenForm(*record), "a clone is written alike");
+  require(record->compare(clone.get()) == clone->compare(record.get()), "equality goes both ways");
+  clone->unset(record->values());
+  require(clone->values() == 0, "all fields can be unset");
+  writtenForm(*clone);
+}
+
+}  // namespace
+
+void run(const Bytes& input) {
+  if (input.empty()) {
+    return;
+  }
+  const auto classId = static_cast<unsigned short>(kFirstClass + input.front() % kClasses);
+  const auto make = [classId] { return schema::ObjectBaseFactory::createObject(classId); };
+  checkReader(Bytes(input.begin() + 1, input.end()), make, checkRecord);
+}
+
+}  // namespace trelvo::fuzz

@@ -1,0 +1,42 @@
+// The reader of values, on a blank one and on one that held a string.
+
+#include <trelvo/gom/CharacterData.h>
+#include <trelvo/gom/Variant.h>
+
+#include <memory>
+
+#include "fuzz/WireTarget.h"
+
+namespace trelvo::fuzz {
+
+namespace {
+
+using gom::Variant;
+using Handle = std::unique_ptr<Variant>;
+
+Handle makeBlank() { return Handle(Variant::create()); }
+
+Handle makeString() {
+  Handle variant = makeBlank();
+  const auto text = gom::CharacterData::create("before", 6);
+  require(variant->setStringValue(text) == StatusOk, "a blank value takes a string");
+  return variant;
+}
+
+void checkValue(const Handle& variant) {
+  const Handle clone(variant->clone());
+  require(clone && writtenForm(*clone) == writtenForm(*variant), "a clone is written alike");
+  Variant copy(*variant);
+  require(writtenForm(copy) == writtenForm(*variant), "a copy is written alike");
+  const Variant moved(std::move(copy));
+  require(writtenForm(moved) == writtenForm(*variant), "what was moved is written alike");
+}
+
+}  // namespace
+
+void run(const Bytes& input) {
+  const bool blank = input.empty() || input.front() % 2 == 0;
+  checkReader(input, blank ? makeBlank : makeString, checkValue);
+}
+
+}  // namespace trelvo::fuzz
