@@ -3,13 +3,10 @@
 JOBS ?= $(shell nproc)
 BUILD = cmake --build --preset
 
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage package \
-	package-check abi clean
 PORTS = armhf i386 arm64 s390x
 
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage clean
-.PHONY: ports $(PORTS:%=ports-%)
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage fuzz fuzz-m32 clean
+.PHONY: help demo check check-asan check-tsan check-clang ports $(PORTS:%=ports-%) bench docs tidy \
+	memcheck cppcheck coverage soak package package-check abi fuzz fuzz-m32 clean
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
