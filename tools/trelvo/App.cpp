@@ -11,6 +11,7 @@
 #include "tools/trelvo/GeoCommand.h"
 #include "tools/trelvo/ImportCommand.h"
 #include "tools/trelvo/LogCommand.h"
+#include "tools/trelvo/MapCommand.h"
 #include "tools/trelvo/NetCommand.h"
 #include "tools/trelvo/SealCommand.h"
 #include "tools/trelvo/ShowCommand.h"
@@ -51,6 +52,7 @@ std::unique_ptr<CLI::App> makeApp(CommandContext& context) {
   app.footer("trelvo COMMAND --help tells more about a command.");
   addImportCommand(app, context);
   addShowCommand(app, context);
+  addMapCommand(app, context);
   addGeoCommand(app, context);
   addSealCommands(app, context);
   addLogCommand(app, context);
