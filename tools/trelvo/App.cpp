@@ -15,6 +15,7 @@
 #include "tools/trelvo/NetCommand.h"
 #include "tools/trelvo/SealCommand.h"
 #include "tools/trelvo/ShowCommand.h"
+#include "tools/trelvo/StatsCommand.h"
 
 namespace trelvo::tool {
 namespace {
@@ -52,6 +53,7 @@ std::unique_ptr<CLI::App> makeApp(CommandContext& context) {
   app.footer("trelvo COMMAND --help tells more about a command.");
   addImportCommand(app, context);
   addShowCommand(app, context);
+  addStatsCommand(app, context);
   addMapCommand(app, context);
   addGeoCommand(app, context);
   addSealCommands(app, context);

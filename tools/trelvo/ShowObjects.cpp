@@ -167,6 +167,11 @@ ShowValue foreignValue(unsigned short tag, std::uint64_t bits) {
 
 }  // namespace
 
+const char* objectClassName(unsigned short objectKey) {
+  const ObjectInfo* info = objectInfo(objectKey);
+  return info != nullptr ? info->name : nullptr;
+}
+
 void ShowObjects::beginObject(const WireItem& item, unsigned short objectKey, unsigned int) {
   const bool outermost = m_levels.empty();
   bool wrapped = false;

@@ -13,6 +13,9 @@ namespace trelvo::tool {
 /// What is known of one kind of generic object.
 struct ObjectInfo;
 
+/// The class of generic objects with that key, "WlanMeasurement"; null when the schema has none.
+const char* objectClassName(unsigned short objectKey);
+
 /// Gives the objects and properties of the schema their names and hands all that arrives on to a
 /// writer.
 ///
