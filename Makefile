@@ -1,12 +1,18 @@
 # The everyday commands. Each first installs the Debian packages that it needs and the machine lacks.
 
 JOBS ?= $(shell nproc)
+TIME ?= 60
 BUILD = cmake --build --preset
 
 PORTS = armhf i386 arm64 s390x
 
 .PHONY: help demo check check-asan check-tsan check-clang ports $(PORTS:%=ports-%) bench docs tidy \
 	memcheck cppcheck coverage soak package package-check abi fuzz fuzz-m32 clean
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage clean
+.PHONY: ports $(PORTS:%=ports-%)
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage fuzz fuzz-m32 clean
+.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy cppcheck memcheck coverage \
+        soak clean
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
@@ -25,6 +31,10 @@ help:
 	@echo 'make abi          compare the binary interface with the last release'
 	@echo 'make fuzz         run each fuzz target TIME seconds (60)'
 	@echo 'make fuzz-m32     the same for the object model as a 32-bit program'
+	@echo 'make cppcheck     cppcheck over library, program and examples'
+	@echo 'make memcheck     the tests of the library under valgrind'
+	@echo 'make coverage     run all tests, print line and branch coverage, hold it against docs/trust.md'
+	@echo 'make soak TIME=60 everything at once for so many seconds, with figures at the end'
 	@echo 'make clean        remove build/'
 
 demo:
@@ -80,6 +90,16 @@ tidy:
 	cmake --preset debug -DTRELVO_TESTS=ON
 	scripts/tidy build/debug $(JOBS)
 
+cppcheck:
+	@scripts/install-deps cppcheck
+	scripts/cppcheck
+
+memcheck:
+	@scripts/install-deps memcheck
+	cmake --preset debug -DTRELVO_TESTS=ON
+	$(BUILD) debug -j $(JOBS)
+	scripts/memcheck build/debug $(JOBS)
+
 coverage:
 	@scripts/install-deps coverage
 	$(call run_tests,coverage)
@@ -110,6 +130,11 @@ fuzz-m32:
 	cmake -G Ninja -S fuzz/m32 -B build/fuzz-m32 -DCMAKE_CXX_COMPILER=clang++-14
 	cmake --build build/fuzz-m32 -j $(JOBS)
 	scripts/fuzz build/fuzz-m32 $(TIME)
+soak:
+	@scripts/install-deps check
+	cmake --preset release -DTRELVO_TESTS=ON
+	$(BUILD) release -j $(JOBS) --target trelvo_soak
+	build/release/tests/soak/trelvo_soak $(TIME)
 
 clean:
 	rm -rf build

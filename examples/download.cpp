@@ -103,5 +103,6 @@ int main(int argc, char** argv) {
   std::signal(SIGINT, cancel);
   const int result = download(*request, argv[2], argv[3]);
   std::signal(SIGINT, SIG_DFL);
+  gRequest = nullptr;
   return result;
 }

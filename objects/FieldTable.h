@@ -142,7 +142,8 @@ struct Field {
   using Value = typename MemberTraits<decltype(member)>::Type;
   static constexpr unsigned int kBit = bit;
   static constexpr unsigned int kForwardedBit = 0;
-  static constexpr unsigned int kRoom = kIsScalar<Value> ? sizeof(Value) : 0;
+  static constexpr unsigned int kScalarRoom = kIsScalar<Value> ? sizeof(Value) : 0;
+  static constexpr unsigned int room() { return kScalarRoom; }
 
   /// @return where the next field goes, with `room` bytes free there; null on failure.
   static unsigned char* write(const Record& record, unsigned int mask, unsigned char* to,
@@ -242,7 +243,7 @@ struct Field {
 template <unsigned int bit, auto member>
 struct MemoryOnly : Field<bit, member> {
   using Record = typename Field<bit, member>::Record;
-  static constexpr unsigned int kRoom = 0;
+  static constexpr unsigned int room() { return 0; }
 
   static unsigned char* write(const Record& /*record*/, unsigned int /*mask*/, unsigned char* to,
                               unsigned int /*room*/, WireWriter& /*writer*/) {
@@ -266,7 +267,7 @@ template <unsigned int bit, auto member, unsigned int nestedBit>
 struct Forwarded {
   using Record = typename MemberTraits<decltype(member)>::Record;
   static constexpr unsigned int kBit = bit;
-  static constexpr unsigned int kRoom = 0;
+  static constexpr unsigned int room() { return 0; }
 
   static unsigned char* write(const Record& /*record*/, unsigned int /*mask*/, unsigned char* to,
                               unsigned int /*room*/, WireWriter& /*writer*/) {
@@ -296,7 +297,7 @@ struct Embedded {
   using Record = typename MemberTraits<decltype(member)>::Record;
   using Value = typename MemberTraits<decltype(member)>::Type;
   static constexpr unsigned int kBit = 0;
-  static constexpr unsigned int kRoom = 0;
+  static constexpr unsigned int room() { return 0; }
 
   static unsigned char* write(const Record& record, unsigned int /*mask*/, unsigned char* to,
                               unsigned int room, WireWriter& writer) {
@@ -333,7 +334,7 @@ struct FieldTable {
 
   /// Version, mask and scalars.
   static constexpr unsigned int kRoom =
-      1 + static_cast<unsigned int>(sizeof(typename Mask::Image)) + (Rows::kRoom + ... + 0U);
+      1 + static_cast<unsigned int>(sizeof(typename Mask::Image)) + (Rows::room() + ... + 0U);
   static_assert(kRoom <= WireWriter::kMaxRoom);
 
   template <class Record>
