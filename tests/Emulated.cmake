@@ -55,7 +55,7 @@ function(trelvo_runnable target variable)
 endfunction()
 
 # What a test that builds a project outside sets in the environment to build it for this port and to
-# run it: RUN goes in front of a program.
+# run it: EMULATOR goes in front of a program.
 set(TRELVO_OUTSIDE "CXX=${CMAKE_CXX_COMPILER}" "CMAKE=${CMAKE_COMMAND}")
 set(flags "")
 if(TRELVO_SANITIZE)
@@ -64,7 +64,7 @@ if(TRELVO_SANITIZE)
 endif()
 if(TRELVO_EMULATED)
   list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " emulator)
-  list(APPEND TRELVO_OUTSIDE "RUN=${emulator}" "CMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE}")
+  list(APPEND TRELVO_OUTSIDE "EMULATOR=${emulator}" "CMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE}")
   string(APPEND flags " --sysroot=${CMAKE_SYSROOT}")
   foreach(name PKG_CONFIG_SYSROOT_DIR PKG_CONFIG_LIBDIR)
     list(APPEND TRELVO_OUTSIDE "${name}=$ENV{${name}}")

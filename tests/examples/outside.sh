@@ -12,11 +12,11 @@ grep -q "^trelvocore_DIR:PATH=$prefix/" "$build/CMakeCache.txt"
 "$CMAKE" --build "$build"
 # A port's programs are started through an emulator.
 run=$build
-if [[ -n ${RUN:-} ]]; then
+if [[ -n ${EMULATOR:-} ]]; then
   run=$build/emulated
   mkdir "$run"
   for program in "$@"; do
-    printf '#!/bin/sh\nexec %s "$@"\n' "$RUN '$build/$program'" >"$run/$program"
+    printf '#!/bin/sh\nexec %s "$@"\n' "$EMULATOR '$build/$program'" >"$run/$program"
     chmod +x "$run/$program"
   done
 fi
