@@ -18,11 +18,11 @@ namespace trelvo::test {
 /// How often each kind of call failed, by name: "open", "poll", "recv".
 using FailedCalls = std::map<std::string, unsigned int>;
 
-/// Calls `run` again and again: with its first system call failing, then with its second, and so
-/// on, until it gets through without reaching the one that fails. It does so three times: with that
-/// one call failing; with all of its kind from that one on; and with all calls from that one on. No
-/// run may leave a descriptor open or let an exception out; `run` itself checks that the outcome is
-/// the promised one.
+/// Calls `run` again and again: first as it is, then, for each kind of call that it makes, with the
+/// first call of that kind failing, with the second, and so on, until it gets through without
+/// reaching the one that fails. It does all this three times: with that one call failing; with all
+/// of its kind from that one on; and with all calls from that one on. No run may leave a descriptor
+/// open or let an exception out; `run` itself checks that the outcome is the promised one.
 ///
 /// `run` starts from nothing and keeps nothing: what it makes dies in it.
 /// @return what failed in the first of the three.
