@@ -81,11 +81,7 @@ bool LinGlibAsyncCallDispatcher::init() {
     return false;
   }
   m_sourceFuncs = {prepareStatic, checkStatic, dispatchStatic, finalizeStatic, nullptr, nullptr};
-  GSource* const source = g_source_new(&m_sourceFuncs, sizeof(Source));
-  if (source == nullptr) {
-    return false;
-  }
-  joinContext(source);
+  joinContext(g_source_new(&m_sourceFuncs, sizeof(Source)));
   return attachPollSink({m_readFd, POLLIN, 0}, this);
 }
 
@@ -96,11 +92,6 @@ void LinGlibAsyncCallDispatcher::joinContext(GSource* source) {
   // Else GLib takes each descriptor out of the context for each dispatch, one after another.
   g_source_set_can_recurse(source, TRUE);
   const guint id = g_source_attach(source, nullptr);
-  if (id == 0) {
-    g_source_destroy(source);
-    g_source_unref(source);
-    return;
-  }
   const std::lock_guard<std::mutex> lock(gSources);
   m_source = source;
   extended->sourceId = id;
