@@ -7,12 +7,7 @@ BUILD = cmake --build --preset
 PORTS = armhf i386 arm64 s390x
 
 .PHONY: help demo check check-asan check-tsan check-clang ports $(PORTS:%=ports-%) bench docs tidy \
-	memcheck cppcheck coverage soak package package-check abi fuzz fuzz-m32 clean
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage clean
-.PHONY: ports $(PORTS:%=ports-%)
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy coverage fuzz fuzz-m32 clean
-.PHONY: help demo check check-asan check-tsan check-clang bench docs tidy cppcheck memcheck coverage \
-        soak clean
+        cppcheck memcheck coverage package package-check abi fuzz fuzz-m32 soak clean
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
@@ -25,7 +20,6 @@ help:
 	@echo 'make bench        time this library beside others'
 	@echo 'make docs         the manual, from the headers and docs/'
 	@echo 'make tidy         clang-tidy and clang-format over the sources'
-	@echo 'make coverage     run all tests, print line and branch coverage'
 	@echo 'make package      Debian packages, into build/package'
 	@echo 'make package-check  install them in a new Debian, use them, and purge them'
 	@echo 'make abi          compare the binary interface with the last release'
@@ -117,7 +111,6 @@ abi:
 	test -f build/debug/build.ninja || cmake --preset debug -DTRELVO_TESTS=OFF
 	$(BUILD) debug -j $(JOBS) --target trelvocore
 	scripts/abi build/debug
-TIME ?= 60
 
 fuzz:
 	@scripts/install-deps fuzz
@@ -130,6 +123,7 @@ fuzz-m32:
 	cmake -G Ninja -S fuzz/m32 -B build/fuzz-m32 -DCMAKE_CXX_COMPILER=clang++-14
 	cmake --build build/fuzz-m32 -j $(JOBS)
 	scripts/fuzz build/fuzz-m32 $(TIME)
+
 soak:
 	@scripts/install-deps check
 	cmake --preset release -DTRELVO_TESTS=ON
