@@ -81,12 +81,12 @@ TEST(CellTowerReader, CountsALineOfAnotherNumberOfColumns) {
 
 TEST(CellTowerReader, ALineUpToTheLimitIsReadAndALongerOneIsSkipped) {
   std::string longest = kRow;
-  longest.insert(0, CellTowerReader::kMaxLength - longest.size(), 'X');
+  longest.insert(0, ImportLines::kMaxLength - longest.size(), 'X');
   const Reading fits(longest + "\n" + row(2));
   EXPECT_EQ(fits.cells, (std::vector<std::string>{"9903886", "2"}));
   const Reading reading("X" + longest + "\n" + row(2));
   EXPECT_EQ(reading.cells, (std::vector<std::string>{"2"}));
-  EXPECT_EQ(reading.report.countOf(CellTowerReader::kTooLong), 1u);
+  EXPECT_EQ(reading.report.countOf(ImportLines::kTooLong), 1u);
 }
 
 TEST(CellTowerReader, AForeignHeaderEndsTheReading) {

@@ -10,8 +10,9 @@
 
 #include "tests/tools/ImportSupport.h"
 #include "tools/trelvo/GeosubmitCells.h"
-#include "tools/trelvo/GeosubmitItems.h"
+#include "tools/trelvo/HeardAccessPoint.h"
 #include "tools/trelvo/ImportFix.h"
+#include "tools/trelvo/JsonItems.h"
 
 namespace trelvo::tool {
 namespace {
@@ -97,7 +98,7 @@ TEST(GeosubmitImporter, NamesWhatTheDocumentedReportHoldsInVain) {
     EXPECT_TRUE(import.report.isNotStored(field)) << field;
   }
   EXPECT_FALSE(import.report.isNotStored("position.latitude"));
-  EXPECT_EQ(import.report.countOf(GeosubmitImporter::kSeaLevel), 1u);
+  EXPECT_EQ(import.report.countOf(kSeaLevel), 1u);
   EXPECT_EQ(import.report.countOf(GeosubmitImporter::kLostAltitudeAccuracy), 1u);
 }
 
@@ -354,7 +355,7 @@ TEST(GeosubmitImporter, CountsAccessPointsWithoutAnAddress) {
   const Import import(accessPoints(R"({"signalStrength": -70}, {"macAddress": "01:23:45:67:89"},
       {"macAddress": 5}, "x", {"macAddress": "01:23:45:67:89:ab"})"));
   EXPECT_EQ(import.container().wlanMeasurementCollection()->count(), 1u);
-  EXPECT_EQ(import.report.countOf(GeosubmitImporter::kBadAddress), 3u);
+  EXPECT_EQ(import.report.countOf(kBadAddress), 3u);
   EXPECT_EQ(import.report.countOf("wifiAccessPoints of the wrong type, left out"), 1u);
 }
 
@@ -398,7 +399,7 @@ TEST(GeosubmitImporter, StoresTheItemsAheadOfTheDamageAndTellsWhere) {
   EXPECT_EQ(import.size(), 1u);
   std::ostringstream text;
   import.report.print(text);
-  EXPECT_NE(text.str().find(GeosubmitImporter::kDamaged), std::string::npos);
+  EXPECT_NE(text.str().find(JsonItems::kDamaged), std::string::npos);
   EXPECT_NE(text.str().find("report:3\n"), std::string::npos) << text.str();
 }
 

@@ -11,10 +11,10 @@
 #include <limits>
 #include <string>
 
+#include "tools/trelvo/CellRadios.h"
 #include "tools/trelvo/CellTowerFields.h"
 #include "tools/trelvo/ImportFix.h"
 #include "tools/trelvo/ImportText.h"
-#include "tools/trelvo/RadioLevels.h"
 
 namespace trelvo::tool {
 
@@ -23,20 +23,11 @@ namespace {
 using Column = CellTowerColumn;
 
 constexpr long long kMostShort = std::numeric_limits<unsigned short>::max();
-constexpr long long kMostCode = 999;          // MCC and MNC, three digits
-constexpr long long kMostCellId = 0xFFFFFFF;  // 28 bits, UMTS and LTE
 constexpr double kLowestLevel = -200.0;
-
-unsigned short narrow(long long value) { return static_cast<unsigned short>(value); }
 
 std::optional<double> readLevel(const CellTowerFields& fields) {
   const auto level = fields.number(Column::AverageSignal, kLowestLevel, 0.0);
   return level && *level < 0.0 ? level : std::nullopt;
-}
-
-std::optional<int> readLevelCode(const CellTowerFields& fields, LevelScale scale) {
-  const auto level = readLevel(fields);
-  return level ? levelCode(scale, *level) : std::nullopt;
 }
 
 // 0 is a code as well, but exports write it for towers of which none was ever heard.
@@ -45,119 +36,79 @@ std::optional<long long> readUnit(const CellTowerFields& fields, long long most)
   return unit && *unit > 0 ? unit : std::nullopt;
 }
 
-// "mcc" and "net", complete or not at all.
-template <class Dn>
-bool setNetwork(Dn& dn, const CellTowerFields& fields) {
-  const auto mcc = fields.code(Column::Mcc, 0, kMostCode);
-  const auto mnc = fields.code(Column::Net, 0, kMostCode);
-  return mcc && mnc && dn.setMcc(narrow(*mcc)) == StatusOk && dn.setMnc(narrow(*mnc)) == StatusOk;
+// "mcc", "net" and "cell", complete or not at all.
+bool readNames(const CellTowerFields& fields, HeardCell& tower) {
+  tower.mcc = fields.code(Column::Mcc, 0, kMostNetworkCode);
+  tower.mnc = fields.code(Column::Net, 0, kMostNetworkCode);
+  tower.cellId = fields.code(Column::Cell, 0, cellLimits(tower.radio).cellId);
+  return tower.mcc && tower.mnc && tower.cellId;
 }
 
-template <class Dn>
-bool setLongIdentity(Dn& dn, const CellTowerFields& fields) {
-  const auto cell = fields.code(Column::Cell, 0, kMostCellId);
-  return setNetwork(dn, fields) && cell && dn.setUcid(static_cast<unsigned int>(*cell)) == StatusOk;
-}
-
-// What differs between the radio networks: the classes, and where the columns of a row go.
-struct Gsm {
+// What differs between the radio networks: the classes, and what the columns of a row mean.
+struct Gsm : GsmRadio {
   using Injection = schema::GeranServingCellInjection;
-  using Dn = schema::GeranCellDn;
-  using Serving = schema::GeranServingCellMeasurement;
   static constexpr const char* kName = "GSM";
-  static constexpr auto kAdd = &schema::Injection::addGeranInjection;
+  static constexpr auto kAddInjection = &schema::Injection::addGeranInjection;
 
-  static bool setIdentity(Dn& dn, const CellTowerFields& fields) {
-    const auto lac = fields.code(Column::Area, 0, kMostShort);
-    const auto cid = fields.code(Column::Cell, 0, kMostShort);
-    return setNetwork(dn, fields) && lac && cid && dn.setLac(narrow(*lac)) == StatusOk &&
-           dn.setCid(narrow(*cid)) == StatusOk;
+  static bool readIdentity(const CellTowerFields& fields, HeardCell& tower) {
+    tower.area = fields.code(Column::Area, 0, kMostAreaCode);
+    return readNames(fields, tower) && tower.area;
   }
-  static void setMeasured(Serving& serving, const CellTowerFields& fields) {
+  static void readHeard(const CellTowerFields& fields, HeardCell& tower) {
     if (fields.text(Column::Unit) != "0" && fields.text(Column::Unit) != "-1") {
       fields.notStored(Column::Unit, kName);
     }
-    if (const auto code = readLevelCode(fields, LevelScale::GeranRxLev)) {
-      const auto nw = made(schema::GeranNwMeasurement::create());
-      nw->setRxLevel(static_cast<unsigned char>(*code));
-      serving.setNwMeasurement(nw);
-    }
+    tower.level = readLevel(fields);
   }
 };
 
-struct Umts {
+// UMTS and LTE: the area belongs to the measurement, and the unit is a code.
+template <class Radio>
+struct LongIdentity : Radio {
+  static bool readIdentity(const CellTowerFields& fields, HeardCell& tower) {
+    return readNames(fields, tower);
+  }
+  static void readHeard(const CellTowerFields& fields, HeardCell& tower) {
+    tower.code = readUnit(fields, cellLimits(tower.radio).code);
+    tower.area = fields.code(Column::Area, 0, kMostAreaCode);
+    tower.level = readLevel(fields);
+  }
+};
+
+struct Umts : LongIdentity<WcdmaRadio> {
   using Injection = schema::UtraFddServingCellInjection;
-  using Dn = schema::UtraCellDn;
-  using Serving = schema::UtraFddServingCellMeasurement;
   static constexpr const char* kName = "UMTS";
-  static constexpr auto kAdd = &schema::Injection::addUtraFddInjection;
-  static constexpr long long kMostScramblingCode = 511;
-
-  static bool setIdentity(Dn& dn, const CellTowerFields& fields) {
-    return setLongIdentity(dn, fields);
-  }
-  static void setMeasured(Serving& serving, const CellTowerFields& fields) {
-    const auto nw = made(schema::UtraFddNwMeasurement::create());
-    if (const auto unit = readUnit(fields, kMostScramblingCode)) {
-      const auto info = made(schema::UtraFddFrequencyInfo::create());
-      info->setPcpich(narrow(*unit));
-      nw->setFrequencyInfo(info);
-    }
-    if (const auto code = readLevelCode(fields, LevelScale::UtraFddRscp)) {
-      nw->setRscp(static_cast<signed char>(*code));
-    }
-    if (!nw->isEmpty()) serving.setNwMeasurement(nw);
-    if (const auto lac = fields.code(Column::Area, 0, kMostShort)) serving.setLac(narrow(*lac));
-  }
+  static constexpr auto kAddInjection = &schema::Injection::addUtraFddInjection;
 };
 
-struct Lte {
+struct Lte : LongIdentity<LteRadio> {
   using Injection = schema::EUtraServingCellInjection;
-  using Dn = schema::EUtraCellDn;
-  using Serving = schema::EUtraServingCellMeasurement;
   static constexpr const char* kName = "LTE";
-  static constexpr auto kAdd = &schema::Injection::addEUtraInjection;
-  static constexpr long long kMostPhysicalIdentity = 503;
-
-  static bool setIdentity(Dn& dn, const CellTowerFields& fields) {
-    return setLongIdentity(dn, fields);
-  }
-  static void setMeasured(Serving& serving, const CellTowerFields& fields) {
-    const auto nw = made(schema::EUtraNwMeasurement::create());
-    if (const auto unit = readUnit(fields, kMostPhysicalIdentity)) {
-      const auto info = made(schema::EUtraFrequencyInfo::create());
-      info->setPci(narrow(*unit));
-      nw->setFrequencyInfo(info);
-    }
-    if (const auto tac = fields.code(Column::Area, 0, kMostShort)) nw->setTac(narrow(*tac));
-    if (const auto code = readLevelCode(fields, LevelScale::EUtraRsrp)) {
-      nw->setRsrp(static_cast<unsigned char>(*code));
-    }
-    if (!nw->isEmpty()) serving.setNwMeasurement(nw);
-  }
+  static constexpr auto kAddInjection = &schema::Injection::addEUtraInjection;
 };
 
-struct Cdma {
-  using Injection = schema::CdmaServingCellInjection;
-  using Dn = schema::CdmaCellDn;
-  using Serving = schema::CdmaServingCellMeasurement;
-  static constexpr const char* kName = "CDMA";
-  static constexpr auto kAdd = &schema::Injection::addCdmaInjection;
-  static constexpr long long kMostSystem = 32767;
+constexpr const char* kCdma = "CDMA";
 
-  static bool setIdentity(Dn& dn, const CellTowerFields& fields) {
-    const auto sid = fields.code(Column::Net, 0, kMostSystem);
-    const auto nid = fields.code(Column::Area, 0, kMostShort);
-    const auto bsid = fields.code(Column::Cell, 0, kMostShort);
-    return sid && nid && bsid && dn.setSid(narrow(*sid)) == StatusOk &&
-           dn.setNid(narrow(*nid)) == StatusOk && dn.setBsid(narrow(*bsid)) == StatusOk;
+gom::SharedPointer<schema::CdmaCellDn> readCdmaIdentity(const CellTowerFields& fields) {
+  constexpr long long kMostSystem = 32767;
+  const auto sid = fields.code(Column::Net, 0, kMostSystem);
+  const auto nid = fields.code(Column::Area, 0, kMostShort);
+  const auto bsid = fields.code(Column::Cell, 0, kMostShort);
+  if (!sid || !nid || !bsid) {
+    return nullptr;
   }
-  static void setMeasured(Serving&, const CellTowerFields& fields) {
-    fields.notStored(Column::Mcc, kName);
-    if (readUnit(fields, kMostShort)) fields.notStored(Column::Unit, kName);
-    if (readLevel(fields)) fields.notStored(Column::AverageSignal, kName);
-  }
-};
+  auto dn = made(schema::CdmaCellDn::create());
+  dn->setSid(static_cast<unsigned short>(*sid));
+  dn->setNid(static_cast<unsigned short>(*nid));
+  dn->setBsid(static_cast<unsigned short>(*bsid));
+  return dn;
+}
+
+void nameCdmaColumns(const CellTowerFields& fields) {
+  fields.notStored(Column::Mcc, kCdma);
+  if (readUnit(fields, kMostShort)) fields.notStored(Column::Unit, kCdma);
+  if (readLevel(fields)) fields.notStored(Column::AverageSignal, kCdma);
+}
 
 // Both axes of the circle.
 std::optional<unsigned int> readRange(const CellTowerFields& fields) {
@@ -203,21 +154,39 @@ std::optional<unsigned int> readTime(const CellTowerFields& fields) {
   return stamp;
 }
 
+bool refuse(const CellTowerFields& fields) {
+  fields.notes().count(CellTowerImporter::kNoIdentity);
+  return false;
+}
+
 template <class Radio>
 bool addTower(const CellTowerFields& fields, schema::Injection& injection) {
-  const auto dn = made(Radio::Dn::create());
-  if (!Radio::setIdentity(*dn, fields)) {
-    fields.notes().count(CellTowerImporter::kNoIdentity);
-    return false;
+  HeardCell heard(fields.notes(), "cell tower", Radio::kRadio);
+  if (!Radio::readIdentity(fields, heard)) {
+    return refuse(fields);
   }
   const auto tower = made(Radio::Injection::create());
-  expectStored(tower->setDn(dn));
+  expectStored(tower->setDn(dnOf<Radio>(heard)));
   if (const auto stamp = readTime(fields)) expectStored(tower->setTimeStamp(*stamp));
-  const auto serving = made(Radio::Serving::create());
-  Radio::setMeasured(*serving, fields);
+  Radio::readHeard(fields, heard);
+  const auto serving = servingOf<Radio>(heard);
   if (!serving->isEmpty()) expectStored(tower->setServingCellMeasurement(serving));
   if (const auto coverage = readCoverage(fields)) expectStored(tower->setCoverage(coverage));
-  expectStored((injection.*Radio::kAdd)(tower->wrappedObject()));
+  expectStored((injection.*Radio::kAddInjection)(tower->wrappedObject()));
+  return true;
+}
+
+bool addCdmaTower(const CellTowerFields& fields, schema::Injection& injection) {
+  const auto dn = readCdmaIdentity(fields);
+  if (!dn) {
+    return refuse(fields);
+  }
+  const auto tower = made(schema::CdmaServingCellInjection::create());
+  expectStored(tower->setDn(dn));
+  if (const auto stamp = readTime(fields)) expectStored(tower->setTimeStamp(*stamp));
+  nameCdmaColumns(fields);
+  if (const auto coverage = readCoverage(fields)) expectStored(tower->setCoverage(coverage));
+  expectStored(injection.addCdmaInjection(tower->wrappedObject()));
   return true;
 }
 
@@ -229,7 +198,7 @@ struct RadioRow {
 constexpr RadioRow kRadios[] = {{Gsm::kName, addTower<Gsm>},
                                 {Umts::kName, addTower<Umts>},
                                 {Lte::kName, addTower<Lte>},
-                                {Cdma::kName, addTower<Cdma>}};
+                                {kCdma, addCdmaTower}};
 
 bool addTowerOfAnyRadio(const CellTowerFields& fields, schema::Injection& injection) {
   const std::string_view radio = fields.text(Column::Radio);

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "tools/trelvo/ImportLines.h"
 #include "tools/trelvo/ImportReport.h"
 #include "tools/trelvo/ImportSource.h"
 
@@ -55,21 +56,17 @@ class CellTowerRow {
 /// Reads a list of cell towers in the form that OpenCellID and the Mozilla Location Service
 /// exchange: comma-separated lines of fourteen columns without quotes. A header line may lead.
 ///
-/// Empty lines are skipped. A line of another number of columns, or one that does not end, is
-/// counted and skipped. A header with other columns ends the reading: nobody can tell what its rows
-/// mean.
+/// Empty lines are skipped. A line of another number of columns is counted and skipped. A header
+/// with other columns ends the reading: nobody can tell what its rows mean.
 ///
-/// Memory: one line of at most kMaxLength characters. Threads: one at a time.
+/// Memory: one line, see ImportLines. Threads: one at a time.
 class CellTowerReader {
  public:
-  static constexpr size_t kMaxLength = 1024;
-
   static constexpr const char* kWrongColumns = "line that does not have fourteen columns";
-  static constexpr const char* kTooLong = "line that does not end";
   static constexpr const char* kForeignHeader = "header with other columns, list not read";
 
   CellTowerReader(ImportSource& source, ImportReport& report)
-      : m_source(source), m_report(report) {}
+      : m_report(report), m_lines(source, report) {}
 
   /// Gives the next row, with texts that are valid until the next call.
   /// @return false at the end of the input, and behind a header with other columns.
@@ -83,16 +80,11 @@ class CellTowerReader {
   static bool looksLikeCellTowers(std::string_view text);
 
  private:
-  enum class Line { Good, Skipped, End };
-
-  Line readLine();
-  bool takeHeader();
+  bool takeHeader(std::string_view line);
   bool refuse(const char* kind);
 
-  ImportSource& m_source;
   ImportReport& m_report;
-  std::string m_text;
-  unsigned long long m_line = 0;
+  ImportLines m_lines;
   bool m_atStart = true;
   bool m_hasHeader = false;
 };

@@ -1,15 +1,13 @@
 #include "tools/trelvo/GeosubmitImporter.h"
 
-#include <trelvo/schema/WlanMeasurement.h>
-
-#include <array>
 #include <string>
 #include <vector>
 
 #include "tools/trelvo/GeosubmitCells.h"
-#include "tools/trelvo/GeosubmitItems.h"
+#include "tools/trelvo/HeardAccessPoint.h"
 #include "tools/trelvo/ImportFix.h"
 #include "tools/trelvo/ImportText.h"
+#include "tools/trelvo/JsonItems.h"
 
 namespace trelvo::tool {
 
@@ -21,8 +19,7 @@ constexpr long long kMillisecondsPerSecond = 1000;
 constexpr long long kMostMilliseconds = 0xFFFFFFFFLL * kMillisecondsPerSecond;
 
 // The time of what `fields` tells: that of the report, `age` earlier.
-std::optional<unsigned int> readTime(GeosubmitFields& fields,
-                                     const std::optional<long long>& reportMs) {
+std::optional<unsigned int> readTime(JsonFields& fields, const std::optional<long long>& reportMs) {
   const long long ageMs = fields.integer("age", 0, kMostMilliseconds).value_or(0);
   if (!reportMs) {
     return std::nullopt;
@@ -34,16 +31,16 @@ std::optional<unsigned int> readTime(GeosubmitFields& fields,
   return stamp;
 }
 
-void noteAltitude(GeosubmitFields& fields) {
+void noteAltitude(JsonFields& fields) {
   if (fields.number("altitude")) {
-    fields.notes().count(GeosubmitImporter::kSeaLevel);
+    fields.notes().count(kSeaLevel);
   }
   if (fields.number("altitudeAccuracy")) {
     fields.notes().count(GeosubmitImporter::kLostAltitudeAccuracy);
   }
 }
 
-void noteSource(GeosubmitFields& fields) {
+void noteSource(JsonFields& fields) {
   const auto source = fields.text("source");
   if (source && *source != "gps") {
     fields.notes().count("position of source '" + printable(*source, 20) +
@@ -51,7 +48,7 @@ void noteSource(GeosubmitFields& fields) {
   }
 }
 
-ImportFix readFix(GeosubmitFields& fields, const std::optional<long long>& reportMs) {
+ImportFix readFix(JsonFields& fields, const std::optional<long long>& reportMs) {
   ImportFix fix;
   fix.latitude = fields.number("latitude");
   fix.longitude = fields.number("longitude");
@@ -71,11 +68,11 @@ void addFix(const ImportFix& fix, const ImportNotes& notes,
   }
 }
 
-void addPosition(GeosubmitFields& item, const std::optional<long long>& reportMs,
+void addPosition(JsonFields& item, const std::optional<long long>& reportMs,
                  schema::MeasurementContainer& container) {
   const json* position = item.member("position");
   if (position != nullptr && position->is_object()) {
-    GeosubmitFields fields(*position, "position.", item.notes());
+    JsonFields fields(*position, "position.", item.notes());
     addFix(readFix(fields, reportMs), item.notes(), container);
     fields.nameRest();
   } else if (position != nullptr) {
@@ -85,16 +82,17 @@ void addPosition(GeosubmitFields& item, const std::optional<long long>& reportMs
   }
 }
 
-std::vector<GeosubmitTower> readTowers(GeosubmitFields& item,
-                                       const std::optional<long long>& reportMs) {
-  std::vector<GeosubmitTower> towers;
-  for (const json& element : item.list("cellTowers")) {
+std::vector<HeardCell> readTowers(JsonFields& item, const std::optional<long long>& reportMs) {
+  const json::array_t& list = item.list("cellTowers");
+  const auto standard = list.empty() ? std::nullopt : item.text("radioType");
+  std::vector<HeardCell> towers;
+  for (const json& element : list) {
     if (!element.is_object()) {
       item.refuse("cellTowers", kWrongType);
       continue;
     }
-    GeosubmitFields fields(element, "cellTowers.", item.notes());
-    if (auto tower = readTower(fields)) {
+    JsonFields fields(element, "cellTowers.", item.notes());
+    if (auto tower = readTower(fields, standard)) {
       tower->timeStamp = readTime(fields, reportMs);
       towers.push_back(*tower);
       fields.nameRest();
@@ -103,68 +101,60 @@ std::vector<GeosubmitTower> readTowers(GeosubmitFields& item,
   return towers;
 }
 
-gom::SharedPointer<schema::WlanDn> readAddress(GeosubmitFields& fields) {
+std::optional<HeardAccessPoint> readAccessPoint(JsonFields& fields,
+                                                const std::optional<long long>& reportMs) {
   const auto text = fields.text("macAddress");
-  const auto bytes = text ? macAddress(*text) : std::nullopt;
-  if (!bytes) {
-    fields.notes().count(GeosubmitImporter::kBadAddress);
-    return nullptr;
+  const auto address = text ? macAddress(*text) : std::nullopt;
+  if (!address) {
+    fields.notes().count(kBadAddress);
+    return std::nullopt;
   }
-  auto dn = made(schema::WlanDn::create());
-  dn->setBssid(bytes->data(), static_cast<unsigned int>(bytes->size()));
-  return dn;
-}
-
-gom::SharedPointer<schema::WlanMeasurement> readAccessPoint(
-    GeosubmitFields& fields, const std::optional<long long>& reportMs) {
-  const auto dn = readAddress(fields);
-  if (!dn) {
-    return nullptr;
-  }
-  auto measurement = made(schema::WlanMeasurement::create());
-  if (const auto stamp = readTime(fields, reportMs)) {
-    expectStored(measurement->setTimeStamp(*stamp));
-  }
-  expectStored(measurement->setDn(dn));
+  HeardAccessPoint heard;
+  heard.address = *address;
+  heard.timeStamp = readTime(fields, reportMs);
   if (const auto level = fields.integer("signalStrength", -128, 127)) {
-    const auto heard = made(schema::WlanApMeasurement::create());
-    heard->setRxLevel(static_cast<signed char>(*level));
-    expectStored(measurement->setWlanApMeasurement(heard));
+    heard.level = static_cast<signed char>(*level);
   }
   fields.nameRest();
-  return measurement;
+  return heard;
 }
 
-void addAccessPoints(GeosubmitFields& item, const std::optional<long long>& reportMs,
+void addAccessPoints(JsonFields& item, const std::optional<long long>& reportMs,
                      schema::MeasurementContainer& container) {
   for (const json& element : item.list("wifiAccessPoints")) {
     if (!element.is_object()) {
       item.refuse("wifiAccessPoints", kWrongType);
       continue;
     }
-    GeosubmitFields fields(element, "wifiAccessPoints.", item.notes());
-    if (const auto measurement = readAccessPoint(fields, reportMs)) {
-      expectStored(container.addWlanMeasurement(measurement->wrappedObject()));
+    JsonFields fields(element, "wifiAccessPoints.", item.notes());
+    if (const auto heard = readAccessPoint(fields, reportMs)) {
+      addAccessPoint(*heard, container);
     }
   }
+}
+
+void addObservations(JsonFields& item, const std::optional<long long>& reportMs,
+                     schema::MeasurementContainer& container) {
+  addHeardCells(readTowers(item, reportMs), container);
+  addAccessPoints(item, reportMs, container);
+}
+
+std::optional<long long> milliseconds(const std::optional<unsigned int>& seconds) {
+  return seconds ? std::optional<long long>(*seconds * kMillisecondsPerSecond) : std::nullopt;
 }
 
 }  // namespace
 
 bool GeosubmitImporter::run() {
   const unsigned long long before = m_target.count();
-  GeosubmitItems items(
-      m_source, [this](const json& item, unsigned long long line) { addItem(item, line); },
+  const bool isRequest = m_form == Form::Requests;
+  JsonItems items(
+      m_source, isRequest ? JsonItems::Form::WholeDocuments : JsonItems::Form::ElementsOfItems,
+      [this](const json& item, unsigned long long line) { addItem(item, line); },
       [this](const char* complaint, unsigned long long line) {
         m_report.count(complaint, {m_source.name(), line});
       });
-  bool isWhole = true;
-  try {
-    items.run();
-  } catch (const GeosubmitItems::Damage& damage) {
-    m_report.count(kDamaged + (": " + printable(damage.what(), 160)), m_source.place());
-    isWhole = false;
-  }
+  const bool isWhole = items.runToDamage(m_report);
   return m_target.count() > before || (isWhole && items.emptyLists() > 0);
 }
 
@@ -174,15 +164,9 @@ void GeosubmitImporter::addItem(const json& item, unsigned long long line) {
     notes.count(kNoObject);
     return;
   }
-  GeosubmitFields fields(item, "", notes);
-  const auto reportMs = fields.integer("timestamp", 1, kMostMilliseconds);
-  if (!reportMs) {
-    notes.count(kNoTimestamp);
-  }
+  JsonFields fields(item, "", notes);
   const auto container = made(schema::MeasurementContainer::create());
-  addPosition(fields, reportMs, *container);
-  addTowers(readTowers(fields, reportMs), *container);
-  addAccessPoints(fields, reportMs, *container);
+  m_form == Form::Requests ? addRequest(fields, *container) : addReport(fields, *container);
   fields.nameRest();
   if (container->isEmpty()) {
     notes.count(kEmptyItem);
@@ -191,22 +175,20 @@ void GeosubmitImporter::addItem(const json& item, unsigned long long line) {
   }
 }
 
-std::optional<std::array<unsigned char, 6>> macAddress(std::string_view text) {
-  const char separator = text.size() == 17 ? text[2] : '\0';
-  const size_t width = separator == ':' || separator == '-' ? 3 : 2;
-  std::array<unsigned char, 6> bytes{};
-  if (text.size() != 5 * width + 2) {
-    return std::nullopt;
+void GeosubmitImporter::addReport(JsonFields& fields, schema::MeasurementContainer& container) {
+  const auto reportMs = fields.integer("timestamp", 1, kMostMilliseconds);
+  if (!reportMs) {
+    fields.notes().count(kNoTimestamp);
   }
-  for (size_t i = 0; i < bytes.size(); ++i) {
-    const int high = hexDigit(text[i * width]);
-    const int low = hexDigit(text[i * width + 1]);
-    if (high < 0 || low < 0 || (width == 3 && i > 0 && text[i * width - 1] != separator)) {
-      return std::nullopt;
-    }
-    bytes[i] = static_cast<unsigned char>(high * 16 + low);
+  addPosition(fields, reportMs, container);
+  addObservations(fields, reportMs, container);
+}
+
+void GeosubmitImporter::addRequest(JsonFields& fields, schema::MeasurementContainer& container) {
+  addObservations(fields, milliseconds(m_clock.time), container);
+  if (!m_clock.time && !container.isEmpty()) {
+    fields.notes().count(kNoClock);
   }
-  return bytes;
 }
 
 }  // namespace trelvo::tool

@@ -47,6 +47,7 @@ constexpr const char* kBadAxis = "error axis out of range, left out";
 constexpr const char* kBadOrientation = "orientation of the error ellipse out of range, left out";
 constexpr const char* kBadSpeed = "speed out of range, left out";
 constexpr const char* kBadCourse = "course out of range, left out";
+constexpr const char* kSeaLevel = "altitude above sea level without geoid separation, left out";
 constexpr const char* kBadTime = "time stamp that 32 bits of Unix seconds cannot hold, left out";
 
 /// `unixSeconds` as a time stamp; nothing for 0 and for what 32 bits do not hold.

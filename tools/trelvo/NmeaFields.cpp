@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 
+#include "tools/trelvo/ImportText.h"
+
 namespace trelvo::tool {
 
 namespace {
@@ -60,11 +62,7 @@ std::optional<double> nmeaNumber(std::string_view field) {
       return std::nullopt;
     }
   }
-  double value = 0;
-  const char* end = field.data() + field.size();
-  const auto [stop, error] = std::from_chars(field.data(), end, value, std::chars_format::fixed);
-  const bool whole = !field.empty() && error == std::errc() && stop == end;
-  return whole && std::isfinite(value) ? std::optional<double>(value) : std::nullopt;
+  return decimal(field);
 }
 
 std::optional<long long> nmeaTimeOfDay(std::string_view field) {

@@ -18,10 +18,10 @@ namespace trelvo::tool {
 /// asked for is remembered, so that nameRest() can name the others.
 ///
 /// The object and the notes must outlive it. Threads: one at a time.
-class GeosubmitFields {
+class JsonFields {
  public:
   /// `path` stands ahead of the names in messages, "cellTowers." for instance.
-  GeosubmitFields(const nlohmann::json& object, std::string_view path, const ImportNotes& notes)
+  JsonFields(const nlohmann::json& object, std::string_view path, const ImportNotes& notes)
       : m_object(object), m_path(path), m_notes(notes) {}
 
   std::optional<double> number(const char* key);

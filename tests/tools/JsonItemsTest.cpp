@@ -1,4 +1,4 @@
-#include "tools/trelvo/GeosubmitItems.h"
+#include "tools/trelvo/JsonItems.h"
 
 #include <string>
 #include <vector>
@@ -19,11 +19,13 @@ struct Outcome {
   unsigned long long emptyLists = 0;
 };
 
-Outcome readAll(ProducedStream& stream) {
+using Form = JsonItems::Form;
+
+Outcome readAll(ProducedStream& stream, Form form = Form::ElementsOfItems) {
   Outcome outcome;
   ImportSource source(stream, "report");
-  GeosubmitItems items(
-      source,
+  JsonItems items(
+      source, form,
       [&](const json& item, unsigned long long line) {
         outcome.items.push_back(item);
         outcome.lines.push_back(line);
@@ -33,7 +35,7 @@ Outcome readAll(ProducedStream& stream) {
       });
   try {
     items.run();
-  } catch (const GeosubmitItems::Damage& damage) {
+  } catch (const JsonItems::Damage& damage) {
     outcome.damage = damage.what();
     outcome.damageLine = source.line();
   }
@@ -41,12 +43,33 @@ Outcome readAll(ProducedStream& stream) {
   return outcome;
 }
 
-Outcome readAll(const std::string& text) {
+Outcome readAll(const std::string& text, Form form = Form::ElementsOfItems) {
   ProducedStream stream(text);
-  return readAll(stream);
+  return readAll(stream, form);
 }
 
-TEST(GeosubmitItems, BuildsEachItemAsItStands) {
+TEST(JsonItems, GivesWholeDocumentsToo) {
+  const std::string first = R"({"a": {"items": [1, {"b": null}]}, "items": [2]})";
+  const Outcome outcome = readAll(first + "\n[3, [4]] 5 {} \n \"x\"", Form::WholeDocuments);
+  EXPECT_EQ(outcome.items, (std::vector<json>{json::parse(first), json::parse("[3, [4]]"), 5,
+                                              json::object(), "x"}));
+  EXPECT_EQ(outcome.lines, (std::vector<unsigned long long>{1, 2, 2, 2, 3}));
+  EXPECT_TRUE(outcome.complaints.empty());
+  EXPECT_TRUE(outcome.damage.empty()) << outcome.damage;
+}
+
+TEST(JsonItems, AWholeDocumentHasALimitToo) {
+  const std::string big(60000, 'x');
+  std::string document = "{\"a\": [";
+  for (int i = 0; i < 20; ++i) {
+    document += "\"" + big + "\",";
+  }
+  const Outcome outcome = readAll(document + "1]} {\"b\": 1}", Form::WholeDocuments);
+  EXPECT_EQ(outcome.items, std::vector<json>{json::parse("{\"b\": 1}")});
+  EXPECT_EQ(outcome.complaints, std::vector<std::string>{JsonItems::kOversize + std::string(":1")});
+}
+
+TEST(JsonItems, BuildsEachItemAsItStands) {
   const std::string first =
       R"({"a": [1, -2, 2.5, [], {}], "b": {"c": {"d": null}}, "e": true, "f": "\"\\x\u00e9"})";
   const Outcome outcome = readAll("{\"items\": [" + first + ",\n {\"g\": 1}]}");
@@ -57,7 +80,7 @@ TEST(GeosubmitItems, BuildsEachItemAsItStands) {
   EXPECT_EQ(outcome.damage, "");
 }
 
-TEST(GeosubmitItems, PassesOverWhatStandsBesideTheList) {
+TEST(JsonItems, PassesOverWhatStandsBesideTheList) {
   const Outcome outcome =
       readAll(R"({"x": {"items": [{"no": 1}]}, "items": [{"yes": {"items": [1]}}], "y": [[{}]]})");
   ASSERT_EQ(outcome.items.size(), 1u);
@@ -65,12 +88,12 @@ TEST(GeosubmitItems, PassesOverWhatStandsBesideTheList) {
   EXPECT_TRUE(outcome.complaints.empty());
 }
 
-TEST(GeosubmitItems, GivesItemsThatAreNoObjectsToo) {
+TEST(JsonItems, GivesItemsThatAreNoObjectsToo) {
   const Outcome outcome = readAll(R"({"items": [1, "two", null, [3, [4]], true]})");
   EXPECT_EQ(json(outcome.items), json::parse(R"([1, "two", null, [3, [4]], true])"));
 }
 
-TEST(GeosubmitItems, ReadsDocumentsOneBehindTheOther) {
+TEST(JsonItems, ReadsDocumentsOneBehindTheOther) {
   const Outcome outcome =
       readAll("{\"items\":[{\"a\":1}]}\n{\"items\":[]}{\"items\":[{\"a\":2}]}\n\n");
   ASSERT_EQ(outcome.items.size(), 2u);
@@ -78,27 +101,27 @@ TEST(GeosubmitItems, ReadsDocumentsOneBehindTheOther) {
   EXPECT_EQ(outcome.damage, "");
 }
 
-TEST(GeosubmitItems, ComplainsOfDocumentsWithoutAList) {
+TEST(JsonItems, ComplainsOfDocumentsWithoutAList) {
   const Outcome outcome = readAll("{\"a\": 1}\n[{\"items\": [1]}]\n{\"items\": {\"a\": 1}}");
   EXPECT_TRUE(outcome.items.empty());
-  const std::string complaint = GeosubmitItems::kNoItems;
+  const std::string complaint = JsonItems::kNoItems;
   EXPECT_EQ(outcome.complaints,
             (std::vector<std::string>{complaint + ":1", complaint + ":2", complaint + ":3"}));
 }
 
-TEST(GeosubmitItems, ALaterMemberOfTheSameNameReplacesTheFirst) {
+TEST(JsonItems, ALaterMemberOfTheSameNameReplacesTheFirst) {
   EXPECT_EQ(readAll(R"({"items": [{"a": {"b": 1}, "a": 2}]})").items[0],
             json::parse(R"({"a": 2})"));
 }
 
-TEST(GeosubmitItems, GivesTheItemsAheadOfTheDamage) {
+TEST(JsonItems, GivesTheItemsAheadOfTheDamage) {
   const Outcome outcome = readAll("{\"items\": [{\"a\": 1},\n{\"b\": 2},\n{\"c\": }]}");
   EXPECT_EQ(outcome.items.size(), 2u);
   EXPECT_NE(outcome.damage, "");
   EXPECT_EQ(outcome.damageLine, 3u);
 }
 
-TEST(GeosubmitItems, FailsWhereverTheTextEnds) {
+TEST(JsonItems, FailsWhereverTheTextEnds) {
   const std::string text = R"({"items": [{"a": [1, {"b": "c\n"}], "d": -1.5e3}]})";
   for (size_t length = 1; length < text.size(); ++length) {
     EXPECT_NE(readAll(text.substr(0, length)).damage, "") << length;
@@ -107,7 +130,7 @@ TEST(GeosubmitItems, FailsWhereverTheTextEnds) {
   EXPECT_EQ(readAll("").damage, "");
 }
 
-TEST(GeosubmitItems, RefusesDeepNesting) {
+TEST(JsonItems, RefusesDeepNesting) {
   for (const char* start : {"{\"items\": [", "{\"x\": ", ""}) {
     ProducedStream stream([n = 0]() mutable { return ++n < 1000 ? std::string(10000, '[') : ""; });
     std::string text = start + std::string(100, '[');
@@ -116,8 +139,8 @@ TEST(GeosubmitItems, RefusesDeepNesting) {
   }
 }
 
-TEST(GeosubmitItems, ReadsTheDeepestNestingAllowed) {
-  const int inner = GeosubmitItems::kMaxDepth - 2;
+TEST(JsonItems, ReadsTheDeepestNestingAllowed) {
+  const int inner = JsonItems::kMaxDepth - 2;
   const std::string item =
       std::string(static_cast<size_t>(inner), '[') + std::string(static_cast<size_t>(inner), ']');
   const Outcome outcome = readAll("{\"items\": [" + item + "]}");
@@ -127,7 +150,7 @@ TEST(GeosubmitItems, ReadsTheDeepestNestingAllowed) {
 }
 
 // An endless token must not be collected: each stream would give 4 GiB.
-TEST(GeosubmitItems, RefusesTokensThatDoNotEnd) {
+TEST(JsonItems, RefusesTokensThatDoNotEnd) {
   for (const char* start :
        {"{\"items\": [{\"a\": \"", "{\"items\": [{\"", "{\"items\": [1", "{\"x\": \"\\\""}) {
     bool first = true;
@@ -140,25 +163,24 @@ TEST(GeosubmitItems, RefusesTokensThatDoNotEnd) {
   }
 }
 
-TEST(GeosubmitItems, PassesOverAnItemThatIsTooLargeAndGoesOn) {
+TEST(JsonItems, PassesOverAnItemThatIsTooLargeAndGoesOn) {
   std::string large = "{\"a\": [";
-  while (large.size() < 2 * GeosubmitItems::kMaxItemBytes) {
+  while (large.size() < 2 * JsonItems::kMaxItemBytes) {
     large += "{\"b\": [1, 2]}, ";
   }
   const Outcome outcome = readAll("{\"items\": [{\"c\": 1},\n" + large + "0]}, {\"d\": 2}]}");
   EXPECT_EQ(json(outcome.items), json::parse(R"([{"c": 1}, {"d": 2}])"));
-  EXPECT_EQ(outcome.complaints,
-            std::vector<std::string>{GeosubmitItems::kOversize + std::string(":2")});
+  EXPECT_EQ(outcome.complaints, std::vector<std::string>{JsonItems::kOversize + std::string(":2")});
 }
 
-TEST(GeosubmitItems, RefusesBytesThatAreNoJson) {
+TEST(JsonItems, RefusesBytesThatAreNoJson) {
   for (const char* text : {"\x01", "\xff\xfe", "nonsense", "{\"items\": [\"\xc3\x28\"]}", "{} x",
                            "{\"items\": [1e999]}", "]"}) {
     EXPECT_NE(readAll(text).damage, "") << text;
   }
 }
 
-TEST(GeosubmitItems, PassesOverAByteOrderMark) {
+TEST(JsonItems, PassesOverAByteOrderMark) {
   EXPECT_EQ(readAll("\xEF\xBB\xBF{\"items\": [{}]}").items.size(), 1u);
 }
 

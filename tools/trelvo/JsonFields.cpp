@@ -1,4 +1,4 @@
-#include "tools/trelvo/GeosubmitFields.h"
+#include "tools/trelvo/JsonFields.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,13 +9,13 @@ namespace trelvo::tool {
 
 using nlohmann::json;
 
-const json* GeosubmitFields::member(const char* key) {
+const json* JsonFields::member(const char* key) {
   m_asked.emplace_back(key);
   const auto found = m_object.find(key);
   return found == m_object.end() || found->is_null() ? nullptr : &*found;
 }
 
-std::optional<double> GeosubmitFields::number(const char* key) {
+std::optional<double> JsonFields::number(const char* key) {
   const json* value = member(key);
   if (value == nullptr) {
     return std::nullopt;
@@ -27,8 +27,7 @@ std::optional<double> GeosubmitFields::number(const char* key) {
   return value->get<double>();
 }
 
-std::optional<long long> GeosubmitFields::integer(const char* key, long long least,
-                                                  long long most) {
+std::optional<long long> JsonFields::integer(const char* key, long long least, long long most) {
   const std::optional<double> value = number(key);
   if (!value) {
     return std::nullopt;
@@ -42,7 +41,7 @@ std::optional<long long> GeosubmitFields::integer(const char* key, long long lea
   return static_cast<long long>(*value);
 }
 
-std::optional<std::string> GeosubmitFields::text(const char* key) {
+std::optional<std::string> JsonFields::text(const char* key) {
   const json* value = member(key);
   if (value == nullptr) {
     return std::nullopt;
@@ -54,7 +53,7 @@ std::optional<std::string> GeosubmitFields::text(const char* key) {
   return value->get<std::string>();
 }
 
-const json::array_t& GeosubmitFields::list(const char* key) {
+const json::array_t& JsonFields::list(const char* key) {
   static const json::array_t kNone;
   const json* value = member(key);
   if (value == nullptr) {
@@ -67,7 +66,7 @@ const json::array_t& GeosubmitFields::list(const char* key) {
   return value->get_ref<const json::array_t&>();
 }
 
-void GeosubmitFields::nameRest() const {
+void JsonFields::nameRest() const {
   for (const auto& [key, value] : m_object.items()) {
     const bool asked = std::find(m_asked.begin(), m_asked.end(), key) != m_asked.end();
     if (!asked && !value.is_null()) {
@@ -76,7 +75,7 @@ void GeosubmitFields::nameRest() const {
   }
 }
 
-void GeosubmitFields::refuse(const char* key, const char* complaint) const {
+void JsonFields::refuse(const char* key, const char* complaint) const {
   m_notes.count(std::string(m_path) + key + " " + complaint);
 }
 

@@ -1,9 +1,11 @@
-#include "tools/trelvo/GeosubmitItems.h"
+#include "tools/trelvo/JsonItems.h"
 
 #include <cstddef>
 #include <iterator>
 #include <utility>
 #include <vector>
+
+#include "tools/trelvo/ImportText.h"
 
 namespace trelvo::tool {
 
@@ -29,8 +31,8 @@ class TokenGuard {
       m_inString = byte == '"';
     }
     m_length = ends ? 0 : m_length + 1;
-    if (m_length > GeosubmitItems::kMaxTokenBytes) {
-      throw GeosubmitItems::Damage(kTooLong);
+    if (m_length > JsonItems::kMaxTokenBytes) {
+      throw JsonItems::Damage(kTooLong);
     }
   }
 
@@ -119,9 +121,13 @@ class ItemCollector {
   using string_t = json::string_t;
   using binary_t = json::binary_t;
 
-  ItemCollector(ImportSource& source, const GeosubmitItems::ItemHandler& onItem,
-                const GeosubmitItems::ComplaintHandler& onComplaint)
-      : m_source(source), m_onItem(onItem), m_onComplaint(onComplaint) {}
+  ItemCollector(ImportSource& source, JsonItems::Form form, const JsonItems::ItemHandler& onItem,
+                const JsonItems::ComplaintHandler& onComplaint)
+      : m_source(source),
+        m_onItem(onItem),
+        m_onComplaint(onComplaint),
+        m_itemDepth(form == JsonItems::Form::WholeDocuments ? 0 : 2),
+        m_inItems(m_itemDepth == 0) {}
 
   bool null() { return scalar(nullptr); }
   bool boolean(bool value) { return scalar(value); }
@@ -134,7 +140,7 @@ class ItemCollector {
   bool start_object(std::size_t) { return open(json::object()); }
   bool end_object() { return close(); }
   bool start_array(std::size_t) {
-    if (m_depth == 1 && m_key == "items" && m_isObject) {
+    if (!m_inItems && m_depth == 1 && m_key == "items" && m_isObject) {
       m_inItems = true;
       m_hadItems = true;
       return deeper();
@@ -144,10 +150,10 @@ class ItemCollector {
   bool end_array() { return close(); }
 
   bool key(string_t& text) {
-    if (m_depth == 1) {
-      m_key = text;
-    } else if (isBuilding()) {
+    if (isBuilding()) {
       m_builder.key(std::move(text));
+    } else if (m_depth == 1) {
+      m_key = text;
     }
     return true;
   }
@@ -155,27 +161,27 @@ class ItemCollector {
   bool parse_error(std::size_t, const std::string&, const json::exception& error) {
     const std::string text = error.what();
     const std::size_t detail = text.find(": ");
-    throw GeosubmitItems::Damage(detail == std::string::npos ? text : text.substr(detail + 2));
+    throw JsonItems::Damage(detail == std::string::npos ? text : text.substr(detail + 2));
   }
 
   bool hadItems() const { return m_hadItems; }
   unsigned long long itemCount() const { return m_itemCount; }
 
  private:
-  // Depth 1 is the document, 2 the list of items, 3 an item that is an object or an array.
-  bool isItemStart() const { return m_inItems && m_depth == 2; }
+  // Inside of the document the depth is 1, in the list of items 2.
+  bool isItemStart() const { return m_inItems && m_depth == m_itemDepth; }
 
   bool isBuilding() {
-    if (!m_inItems || m_depth < 3) {
+    if (!m_inItems || m_depth <= m_itemDepth) {
       return false;
     }
-    m_oversize = m_oversize || m_source.offset() - m_itemStart > GeosubmitItems::kMaxItemBytes;
+    m_oversize = m_oversize || m_source.offset() - m_itemStart > JsonItems::kMaxItemBytes;
     return !m_oversize;
   }
 
   bool deeper() {
-    if (++m_depth > GeosubmitItems::kMaxDepth) {
-      throw GeosubmitItems::Damage(kTooDeep);
+    if (++m_depth > JsonItems::kMaxDepth) {
+      throw JsonItems::Damage(kTooDeep);
     }
     return true;
   }
@@ -202,14 +208,14 @@ class ItemCollector {
     if (isItemStart()) {
       finishItem();
     }
-    m_inItems = m_inItems && m_depth > 1;
+    m_inItems = m_inItems && m_depth >= m_itemDepth;
     return true;
   }
 
   void finishItem() {
     ++m_itemCount;
     if (m_oversize) {
-      m_onComplaint(GeosubmitItems::kOversize, m_itemLine);
+      m_onComplaint(JsonItems::kOversize, m_itemLine);
     } else {
       m_onItem(m_builder.item(), m_itemLine);
     }
@@ -228,19 +234,21 @@ class ItemCollector {
   }
 
   ImportSource& m_source;
-  const GeosubmitItems::ItemHandler& m_onItem;
-  const GeosubmitItems::ComplaintHandler& m_onComplaint;
+  const JsonItems::ItemHandler& m_onItem;
+  const JsonItems::ComplaintHandler& m_onComplaint;
   ItemBuilder m_builder;
   std::string m_key;  // of the document's member
   int m_depth = 0;
   bool m_isObject = false;
-  bool m_inItems = false;
+  int m_itemDepth;
+  bool m_inItems;
   bool m_hadItems = false;
   bool m_oversize = false;
   unsigned long long m_itemCount = 0;
   unsigned long long m_itemStart = 0;
   unsigned long long m_itemLine = 0;
 };
+
 // NOLINTEND(readability-identifier-naming)
 
 bool skipBlanks(ImportSource& source) {
@@ -253,23 +261,36 @@ bool skipBlanks(ImportSource& source) {
 
 }  // namespace
 
-GeosubmitItems::GeosubmitItems(ImportSource& source, ItemHandler onItem,
-                               ComplaintHandler onComplaint)
-    : m_source(source), m_onItem(std::move(onItem)), m_onComplaint(std::move(onComplaint)) {}
+JsonItems::JsonItems(ImportSource& source, Form form, ItemHandler onItem,
+                     ComplaintHandler onComplaint)
+    : m_source(source),
+      m_form(form),
+      m_onItem(std::move(onItem)),
+      m_onComplaint(std::move(onComplaint)) {}
 
-void GeosubmitItems::run() {
+void JsonItems::run() {
   while (skipBlanks(m_source)) {
     TokenGuard guard;
-    ItemCollector collector(m_source, m_onItem, m_onComplaint);
+    ItemCollector collector(m_source, m_form, m_onItem, m_onComplaint);
     const unsigned long long line = m_source.line();
     if (!json::sax_parse(SourceIterator(m_source, guard), SourceIterator(), &collector,
                          json::input_format_t::json, false)) {
       throw Damage("no JSON");
     }
-    if (!collector.hadItems()) {
+    if (m_form == Form::ElementsOfItems && !collector.hadItems()) {
       m_onComplaint(kNoItems, line);
     }
     m_emptyLists += collector.hadItems() && collector.itemCount() == 0 ? 1 : 0;
+  }
+}
+
+bool JsonItems::runToDamage(ImportReport& report) {
+  try {
+    run();
+    return true;
+  } catch (const Damage& damage) {
+    report.count(kDamaged + (": " + printable(damage.what(), 160)), m_source.place());
+    return false;
   }
 }
 
