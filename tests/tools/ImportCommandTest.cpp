@@ -162,7 +162,8 @@ TEST_F(ImportCommand, OneReadableFileAmongOthersIsEnough) {
   const Outcome outcome =
       runTool({"import", file("a", "hello"), file("b", kFix), "-o", path("out")});
   EXPECT_EQ(outcome.status, 0);
-  EXPECT_NE(outcome.err.find("nor an NMEA log nor a list of cell towers: " + path("a") + ":1"),
+  EXPECT_NE(outcome.err.find(
+                "of none of the formats that trelvo import --help lists: " + path("a") + ":1"),
             std::string::npos)
       << outcome.err;
 }

@@ -15,8 +15,8 @@
 #include "tools/trelvo/ImportFormat.h"
 #include "tools/trelvo/ImportOutput.h"
 #include "tools/trelvo/ImportReport.h"
+#include "tools/trelvo/ImportTime.h"
 #include "tools/trelvo/InputFile.h"
-#include "tools/trelvo/NmeaFields.h"
 #include "tools/trelvo/OutputFile.h"
 #include "tools/trelvo/Progress.h"
 #include "tools/trelvo/SealedStore.h"
@@ -36,6 +36,8 @@ constexpr const char* kExamples =
     "  trelvo import cell_towers.csv -o towers.trelvo --verify\n"
     "  xz -dc reports.json.xz | trelvo import - -o - | trelvo show -\n"
     "  trelvo import --date 2025-09-04 --verify nodate.log -o fixes.trelvo\n"
+    "  iw dev wlan0 scan | trelvo import --time now - -o scan.trelvo\n"
+    "  mmcli -m 0 --get-cell-info -J | trelvo import --time now - -o cells.trelvo\n"
     "  trelvo import drive.log -o drive.sealed --sealed drive-0904 --storage keys";
 
 struct ImportOptions {
@@ -43,6 +45,7 @@ struct ImportOptions {
   std::string output;
   ImportFormat format = ImportFormat::Auto;
   std::string dateText;
+  std::string timeText;
   bool verify = false;
   StoreOptions store;
 };
@@ -54,19 +57,21 @@ struct Written {
   std::uint64_t bytes;
 };
 
-std::optional<NmeaDate> parseDate(const std::string& text) {
-  const bool shaped = text.size() == 10 && text[4] == '-' && text[7] == '-';
-  return shaped ? nmeaDate(text.substr(8), text.substr(5, 2), text.substr(0, 4)) : std::nullopt;
+std::string checkDate(const std::string& text) {
+  return dayOf(text) ? std::string() : "no date of the form YYYY-MM-DD: " + text;
 }
 
-std::string checkDate(const std::string& text) {
-  return parseDate(text) ? std::string() : "no date of the form YYYY-MM-DD: " + text;
+std::string checkTime(const std::string& text) {
+  return momentOf(text) ? std::string()
+                        : "no time of the form YYYY-MM-DDTHH:MM:SSZ, Unix seconds or now: " + text;
 }
 
 class Import {
  public:
   Import(const ImportOptions& options, CommandContext& context)
-      : m_options(options), m_context(context), m_date(parseDate(options.dateText)) {}
+      : m_options(options),
+        m_context(context),
+        m_clock{dayOf(options.dateText), momentOf(options.timeText)} {}
 
   int run() {
     checkUsage();
@@ -176,7 +181,7 @@ class Import {
     for (const std::string& name : m_options.files) {
       DescriptorStream input = openInput(name, m_context);
       input.onBlock([&](std::uint64_t bytes) { progress.update(before + bytes); });
-      any = importStream(input, inputName(name), m_options.format, m_date, report, target) || any;
+      any = importStream(input, inputName(name), m_options.format, m_clock, report, target) || any;
       checkRead(input, inputName(name));
       before += input.position();
     }
@@ -200,27 +205,36 @@ class Import {
 
   const ImportOptions& m_options;
   CommandContext& m_context;
-  std::optional<NmeaDate> m_date;
+  ImportClock m_clock;
   ImportReport m_report;
 };
 
 const std::map<std::string, ImportFormat> kFormats = {{"auto", ImportFormat::Auto},
                                                       {"cells", ImportFormat::Cells},
+                                                      {"geolocate", ImportFormat::Geolocate},
                                                       {"geosubmit", ImportFormat::Geosubmit},
-                                                      {"nmea", ImportFormat::Nmea}};
+                                                      {"iw", ImportFormat::Iw},
+                                                      {"mmcli", ImportFormat::Mmcli},
+                                                      {"nmea", ImportFormat::Nmea},
+                                                      {"qeng", ImportFormat::Qeng}};
 
 }  // namespace
 
 void addImportCommand(CLI::App& app, CommandContext& context) {
   auto options = std::make_shared<ImportOptions>();
   CLI::App* command = app.add_subcommand("import",
-                                         "Turn geosubmit reports and NMEA logs into measurement "
-                                         "containers, lists of cell towers into injections");
+                                         "Turn receiver logs, WLAN scans, modem output and "
+                                         "geosubmit reports into measurement containers, lists "
+                                         "of cell towers into injections");
   command->add_option("FILE", options->files, "Input files; - is standard input")->required();
   command->add_option("-o,--output", options->output, "File to write; - is standard output")
       ->type_name("OUT")
       ->required();
-  command->add_option("--format", options->format, "auto (by content), cells, geosubmit or nmea")
+  command
+      ->add_option("--format", options->format,
+                   "auto (by content), cells (CSV of OpenCellID), geolocate (JSON requests), "
+                   "geosubmit (JSON reports), iw (iw dev INTERFACE scan), mmcli (mmcli -J), nmea "
+                   "(receiver logs) or qeng (answers to AT+QENG)")
       ->type_name("FORMAT")
       ->transform(CLI::CheckedTransformer(kFormats));
   command
@@ -228,6 +242,12 @@ void addImportCommand(CLI::App& app, CommandContext& context) {
                    "Day, YYYY-MM-DD, of fixes whose log names none (NMEA)")
       ->type_name("DATE")
       ->check(checkDate);
+  command
+      ->add_option("--time", options->timeText,
+                   "When input without a clock was printed (geolocate, iw, mmcli, qeng): "
+                   "YYYY-MM-DDTHH:MM:SSZ, Unix seconds or now")
+      ->type_name("TIME")
+      ->check(checkTime);
   command->add_flag("--verify", options->verify, "Read the file back and compare every container");
   addSealedOptions(*command, options->store,
                    "Seal the output with the key of the store NAME: see trelvo seal");

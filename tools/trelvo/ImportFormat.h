@@ -2,13 +2,12 @@
 
 #include <trelvo/IStream.h>
 
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "tools/trelvo/ImportClock.h"
 #include "tools/trelvo/ImportReport.h"
 #include "tools/trelvo/ImportTarget.h"
-#include "tools/trelvo/NmeaFields.h"
 
 namespace trelvo::tool {
 
@@ -18,22 +17,32 @@ enum class ImportFormat {
   Geosubmit,  ///< crowd-sourced reports, JSON
   Nmea,       ///< receiver logs, NMEA 0183
   Cells,      ///< lists of cell towers, CSV as OpenCellID exchanges it
+  Geolocate,  ///< requests for a position, JSON
+  Iw,         ///< WLAN scans as `iw dev INTERFACE scan` prints them
+  Mmcli,      ///< cells and locations as ModemManager's `mmcli -J` prints them
+  Qeng,       ///< dialogues with a modem that answers AT+QENG
 };
 
-/// The format of a file that starts with `start`: Cells when its first line is one of such a list
-/// (see CellTowerReader::looksLikeCellTowers()), else Nmea when a line starts with a sentence, else
-/// Geosubmit when the first character is a brace, else Nmea when there is a sentence anywhere. Auto
-/// when it is none of these.
+/// The format of a file that starts with `start`, the first of these that holds:
+///
+/// 1. Cells: the first line is one of such a list, see CellTowerReader::looksLikeCellTowers().
+/// 2. Nmea, Iw, Qeng: a line starts with a sentence, with an entry of a scan, or with AT+QENG or an
+///    answer to it; the first such line decides.
+/// 3. Geosubmit, Geolocate, Mmcli: the first character is a brace. Members of the document decide:
+///    "modem" is Mmcli; without "items" the lists and options of a request are Geolocate.
+/// 4. Nmea: there is a sentence anywhere.
+///
+/// Auto when none does.
 ImportFormat formatOf(std::string_view start);
 
 /// What importStream() counts when it cannot tell the format.
 constexpr const char* kUnknownFormat =
-    "input that is neither geosubmit JSON nor an NMEA log nor a list of cell towers";
+    "input of none of the formats that trelvo import --help lists";
 
 /// Imports one input, `name` in messages, to the end. An input whose format cannot be told is
 /// counted.
 /// @return whether anything in it could be read. Throws what `target` throws.
 bool importStream(IStream& stream, const std::string& name, ImportFormat format,
-                  const std::optional<NmeaDate>& date, ImportReport& report, ImportTarget& target);
+                  const ImportClock& clock, ImportReport& report, ImportTarget& target);
 
 }  // namespace trelvo::tool

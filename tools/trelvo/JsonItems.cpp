@@ -248,7 +248,6 @@ class ItemCollector {
   unsigned long long m_itemStart = 0;
   unsigned long long m_itemLine = 0;
 };
-
 // NOLINTEND(readability-identifier-naming)
 
 bool skipBlanks(ImportSource& source) {
