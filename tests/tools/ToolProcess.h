@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -49,6 +50,13 @@ class ToolProcess {
       text += c;
     }
     return text;
+  }
+
+  /// Waits until there is something to read on standard output, or it has ended.
+  void waitForOutput() const {
+    pollfd waited = {m_out.get(), POLLIN, 0};
+    while (::poll(&waited, 1, -1) < 0) {
+    }
   }
 
   void closeOutput() { m_out.close(); }

@@ -13,6 +13,7 @@
 #include "tools/trelvo/LogCommand.h"
 #include "tools/trelvo/MapCommand.h"
 #include "tools/trelvo/NetCommand.h"
+#include "tools/trelvo/ReplayCommand.h"
 #include "tools/trelvo/SealCommand.h"
 #include "tools/trelvo/ShowCommand.h"
 #include "tools/trelvo/StatsCommand.h"
@@ -55,6 +56,7 @@ std::unique_ptr<CLI::App> makeApp(CommandContext& context) {
   addShowCommand(app, context);
   addStatsCommand(app, context);
   addMapCommand(app, context);
+  addReplayCommand(app, context);
   addGeoCommand(app, context);
   addSealCommands(app, context);
   addLogCommand(app, context);
