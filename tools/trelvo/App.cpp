@@ -7,6 +7,7 @@
 #include <string>
 
 #include "tools/trelvo/CommandTree.h"
+#include "tools/trelvo/DiffCommand.h"
 #include "tools/trelvo/FetchCommand.h"
 #include "tools/trelvo/GeoCommand.h"
 #include "tools/trelvo/ImportCommand.h"
@@ -56,6 +57,7 @@ std::unique_ptr<CLI::App> makeApp(CommandContext& context) {
   addShowCommand(app, context);
   addStatsCommand(app, context);
   addMapCommand(app, context);
+  addDiffCommand(app, context);
   addReplayCommand(app, context);
   addGeoCommand(app, context);
   addSealCommands(app, context);

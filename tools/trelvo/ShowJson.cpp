@@ -5,10 +5,6 @@
 namespace trelvo::tool {
 namespace {
 
-std::string tokenText(const Token& token) {
-  return token.kind == Token::Number ? token.text : quoted(token.text);
-}
-
 class JsonWriter : public ShowWriter {
  public:
   enum Layout { Array, Lines };
@@ -34,12 +30,12 @@ class JsonWriter : public ShowWriter {
   void value(std::string_view name, const ShowValue& value) override {
     separate(name);
     const bool alone = *value.unit == '\0' && value.details.empty();
-    m_out << (alone ? "" : R"({"value":)") << tokenText(value.value);
+    m_out << (alone ? "" : R"({"value":)") << jsonText(value.value);
     if (*value.unit != '\0') {
       m_out << R"(,"unit":")" << value.unit << '"';
     }
     for (const auto& [key, token] : value.details) {
-      m_out << ",\"" << key << "\":" << tokenText(token);
+      m_out << ",\"" << key << "\":" << jsonText(token);
     }
     m_out << (alone ? "" : "}");
   }

@@ -5,20 +5,6 @@
 namespace trelvo::tool {
 namespace {
 
-std::string tokenText(const Token& token) {
-  return token.kind == Token::Text ? quoted(token.text) : token.text;
-}
-
-std::string detailText(const ShowValue& value) {
-  std::string text = value.note;
-  if (text.empty()) {
-    for (const auto& [name, token] : value.details) {
-      text += (text.empty() ? "" : ", ") + std::string(name) + " " + tokenText(token);
-    }
-  }
-  return text;
-}
-
 class TreeWriter : public ShowWriter {
  public:
   explicit TreeWriter(std::ostream& out) : m_out(out) {}
@@ -41,15 +27,7 @@ class TreeWriter : public ShowWriter {
 
   void value(std::string_view name, const ShowValue& value) override {
     beginLine(name);
-    m_out << tokenText(value.value);
-    if (*value.unit != '\0') {
-      m_out << ' ' << value.unit;
-    }
-    const std::string details = detailText(value);
-    if (!details.empty()) {
-      m_out << " (" << details << ')';
-    }
-    m_out << '\n';
+    m_out << shownText(value) << '\n';
   }
 
  private:

@@ -94,6 +94,20 @@ bool isUtf8(const std::string& bytes) {
   }
 }
 
+std::string treeText(const Token& token) {
+  return token.kind == Token::Text ? quoted(token.text) : token.text;
+}
+
+std::string detailText(const ShowValue& value) {
+  std::string text = value.note;
+  if (text.empty()) {
+    for (const auto& [name, token] : value.details) {
+      text += (text.empty() ? "" : ", ") + std::string(name) + " " + treeText(token);
+    }
+  }
+  return text;
+}
+
 struct TechnologyName {
   schema::Technology bit;
   const char* name;
@@ -116,6 +130,16 @@ Token floatingToken(float value) { return shortest(value); }
 std::string quoted(const std::string& text) {
   constexpr bool kEscapeAllButAscii = true;
   return nlohmann::json(text).dump(-1, ' ', kEscapeAllButAscii);
+}
+
+std::string jsonText(const Token& token) {
+  return token.kind == Token::Number ? token.text : quoted(token.text);
+}
+
+std::string shownText(const ShowValue& value) {
+  const std::string details = detailText(value);
+  return treeText(value.value) + (*value.unit != '\0' ? " " : "") + value.unit +
+         (details.empty() ? "" : " (" + details + ")");
 }
 
 ShowValue timeValue(unsigned int seconds) {

@@ -39,6 +39,9 @@ Token numberToken(Number value) {
 /// As text in JSON's notation: quoted, everything but printable ASCII escaped.
 std::string quoted(const std::string& text);
 
+/// As a JSON value: numbers bare, all else quoted.
+std::string jsonText(const Token& token);
+
 /// What is shown for one field: the value, its unit, and what it decodes to.
 struct ShowValue {
   Token value;
@@ -46,6 +49,9 @@ struct ShowValue {
   std::vector<std::pair<const char*, Token>> details;
   std::string note;  ///< the details in words; empty: the details as they stand
 };
+
+/// The value in words: "1234567890 s (2009-02-13T23:31:30Z)".
+std::string shownText(const ShowValue& value);
 
 // The decoders below leave the unit to the tables of fields.
 
