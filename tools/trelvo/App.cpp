@@ -8,6 +8,7 @@
 
 #include "tools/trelvo/CommandTree.h"
 #include "tools/trelvo/DiffCommand.h"
+#include "tools/trelvo/ExportCommand.h"
 #include "tools/trelvo/FetchCommand.h"
 #include "tools/trelvo/GeoCommand.h"
 #include "tools/trelvo/ImportCommand.h"
@@ -58,6 +59,7 @@ std::unique_ptr<CLI::App> makeApp(CommandContext& context) {
   addStatsCommand(app, context);
   addMapCommand(app, context);
   addDiffCommand(app, context);
+  addExportCommand(app, context);
   addReplayCommand(app, context);
   addGeoCommand(app, context);
   addSealCommands(app, context);
