@@ -84,10 +84,13 @@ Status readHead(core::IFile& file, Buffer& head) {
   return file.read(head.data(), size) == size ? StatusOk : StatusFileError;
 }
 
-/// How many bytes of `file` lie ahead; 0 when that cannot be told.
-unsigned int bytesAhead(core::IFile& file) {
+/// Counts the bytes of `file` that lie ahead, 0 when that cannot be told.
+/// @return false when the file does not stand where it stood any more.
+bool countAhead(core::IFile& file, unsigned int& count) {
+  const unsigned int place = file.offset();
   unsigned int size = 0;
-  return file.getSize(size) && size > file.offset() ? size - file.offset() : 0;
+  count = file.getSize(size) && size > place ? size - place : 0;
+  return file.offset() == place;
 }
 
 /// Decompresses all of `body`. The end may come anywhere, since the writer may have died, but not
@@ -142,7 +145,10 @@ Status decryptFile(const char* inputPath, const char* outputPath, const char* pr
       key.size() < kNeeded) {
     return StatusKeyFailure;
   }
-  const unsigned int size = bytesAhead(*file);
+  unsigned int size = 0;
+  if (!countAhead(*file, size)) {
+    return StatusFileError;
+  }
   const gom::SharedPointer<ICryptoFile> body =
       ICryptoFile::open(file, key.data(), key.data() + slog::kKeySize);
   return body ? writeText(*body, size, outputPath) : StatusFileError;

@@ -339,6 +339,7 @@ TEST(LinPollAsyncCallDispatcher, LastHandleDroppedInANestedSleepEndsItAfterTheOu
 
 TEST(LinPollAsyncCallDispatcher, LastHandleDroppedInAnotherOnesSleepEndsItAfterItsOwn) {
   onFreshThread([] {
+    AsyncCallDispatcher::openLinGlibAsyncDispatcher().clear();  // GLib's own descriptors
     const auto before = openDescriptors();
     {
       const auto other = AsyncCallDispatcher::openLinGlibAsyncDispatcher();

@@ -15,12 +15,15 @@ import help as program
 
 DATA = pathlib.Path(os.environ['TRELVO_EXAMPLES'])
 
-# What the examples call beside the program: a daemon that logs, keys that need no pass phrase.
+# What the examples call beside the program: a daemon that logs, keys that need no pass phrase, a
+# scan and a modem's answer.
 SHELL = r'''
 set -euo pipefail
 trelvo() { "$TRELVO_PROGRAM" "$@"; }
 daemon() { printf 'line 1\nwarning 2\n'; }
 openssl() { local words=("$@"); command openssl "${words[@]/-aes256/-traditional}"; }
+iw() { cat wifi/iw-scan0.out; }
+mmcli() { cat modem/mmcli-cell-info.json; }
 '''
 
 # Without a system bus these end with a message.
@@ -57,6 +60,7 @@ class Examples(unittest.TestCase):
         self.prepare()
 
     def prepare(self):
+        shutil.copytree(DATA, self.folder, dirs_exist_ok=True)
         drive = (DATA / 'nmea/quectel-eg25-g.log').read_bytes()
         reports = (DATA / 'geosubmit/geosubmit2.json').read_bytes()
         for name in ('drive.log', 'nodate.log'):
