@@ -208,9 +208,18 @@ TEST(MapCommand, ATrackBreaksWhereTimeDoes) {
               fixAt(circleAt(52.504, 13.4, 5.0F), 2210), fixAt(circleAt(53.5, 13.4, 5.0F), 2211)}));
   // 601 seconds, a second back, and 110 km in a second.
   const std::string path = pathOf(picture, "track");
-  EXPECT_EQ(occurrences(path, "M") + occurrences(path, "m"), 4U) << path;
+  EXPECT_EQ(occurrences(path, "M") + occurrences(path, "m"), 2U) << path;
   EXPECT_EQ(occurrences(path, "l"), 2U) << path;
-  EXPECT_NE(picture.find(">track, in the order of the file; 4 pieces<"), std::string::npos);
+  EXPECT_NE(picture.find(">track, in the order of the file; 2 pieces<"), std::string::npos);
+}
+
+TEST(MapCommand, APositionAloneInTimeIsNoPieceOfALine) {
+  const std::string picture = pictureOf(joined(
+      {fixAt(circleAt(52.5, 13.4, 5.0F), 1000), fixAt(circleAt(52.501, 13.4, 5.0F), 5000),
+       fixAt(circleAt(52.502, 13.4, 5.0F), 9000), fixAt(circleAt(52.503, 13.4, 5.0F), 9001)}));
+  const std::string path = pathOf(picture, "track");
+  EXPECT_EQ(occurrences(path, "M") + occurrences(path, "m"), 1U) << path;
+  EXPECT_EQ(occurrences(path, "l"), 1U) << path;
 }
 
 TEST(MapCommand, SitesAreDrawnWithCoverageAndName) {

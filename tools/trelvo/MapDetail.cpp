@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <unordered_set>
 #include <utility>
 
@@ -45,6 +46,17 @@ std::vector<TrackPoint> withoutNear(const std::vector<TrackPoint>& track, double
   return left;
 }
 
+std::vector<TrackPoint> withoutSingles(const std::vector<TrackPoint>& track) {
+  std::vector<TrackPoint> left;
+  for (std::size_t i = 0; i < track.size(); ++i) {
+    const bool isLast = i + 1 == track.size() || track[i + 1].isStart;
+    if (!track[i].isStart || !isLast) {
+      left.push_back(track[i]);
+    }
+  }
+  return left;
+}
+
 }  // namespace
 
 std::vector<std::size_t> spreadOut(const std::vector<MapPoint>& points, double spacing,
@@ -60,7 +72,7 @@ std::vector<std::size_t> spreadOut(const std::vector<MapPoint>& points, double s
 std::vector<TrackPoint> simplified(std::vector<TrackPoint> track, std::size_t most) {
   constexpr double kLarge = 100.0;  // pixels; what is left then are the ends of pieces
   double least = 0.5;
-  track = withoutNear(track, least);
+  track = withoutNear(withoutSingles(track), least);
   while (track.size() > most && least < kLarge) {
     least *= kGrowth;
     track = withoutNear(track, least);

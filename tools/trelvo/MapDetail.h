@@ -20,7 +20,7 @@ struct TrackPoint {
 
 /// A line that looks the same with fewer corners: those within half a pixel of the corner before
 /// are left out, or within as much more as it takes to have `most` at most. The ends of each piece
-/// stay.
+/// stay; a piece of one corner only is none.
 std::vector<TrackPoint> simplified(std::vector<TrackPoint> track, std::size_t most);
 
 /// Which of `count` things to draw: all, or evenly every n-th so that there are `most` at most.

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <iterator>
 #include <numeric>
+#include <utility>
 
 #include "tools/trelvo/MapSheet.h"
 #include "tools/trelvo/ShowValue.h"
@@ -87,24 +88,28 @@ void drawErrors(MapSheet& sheet, const MapData& data, bool circles) {
        ellipseNote(chosen.size(), visible.size(), data.errorCount(circles), circles)});
 }
 
-std::size_t drawTrack(MapSheet& sheet, const Fixes& fixes) {
+void drawTrack(MapSheet& sheet, const Fixes& fixes) {
   std::vector<TrackPoint> track;
   for (const MapFix& fix : fixes) {
     track.push_back({sheet.projection.place(fix.latitude, fix.longitude), fix.startsTrack});
   }
   SvgPath path;
+  std::size_t pieces = 0;
   for (const TrackPoint& point : simplified(std::move(track), kMostCorners)) {
     point.isStart ? path.moveTo(point.place) : path.lineTo(point.place);
+    pieces += point.isStart ? 1 : 0;
   }
-  const auto pieces = static_cast<std::size_t>(
-      std::count_if(fixes.begin(), fixes.end(), [](const MapFix& fix) { return fix.startsTrack; }));
-  if (pieces < fixes.size()) {
+  if (pieces > 0) {
     sheet.layers << "<path id=\"track\" class=\"track\" d=\"" << path.data() << "\"/>\n";
     sheet.legend.push_back({"<path class=\"track\" d=\"M-12 3Q-4-7 0 0T12-3\"/>",
                             "track, in the order of the file" +
                                 (pieces > 1 ? "; " + countText(pieces) + " pieces" : "")});
   }
-  return pieces;
+}
+
+bool isOneTrack(const Fixes& fixes) {
+  return fixes.size() > 1 && std::none_of(fixes.begin() + 1, fixes.end(),
+                                          [](const MapFix& fix) { return fix.startsTrack; });
 }
 
 std::string fixTitle(const MapFix& fix) {
@@ -172,9 +177,9 @@ void drawFixes(MapSheet& sheet, const MapData& data) {
   }
   drawErrors(sheet, data, true);
   drawErrors(sheet, data, false);
-  const std::size_t pieces = drawTrack(sheet, fixes);
+  drawTrack(sheet, fixes);
   drawDots(sheet, fixes, data.fixCount());
-  if (pieces == 1 && fixes.size() > 1) {
+  if (isOneTrack(fixes)) {
     drawEnd(sheet, fixes.front(), "start");
     drawEnd(sheet, fixes.back(), "end");
   }

@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 #include "tools/trelvo/MapSheet.h"
 
