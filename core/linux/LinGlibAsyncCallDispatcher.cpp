@@ -159,9 +159,9 @@ gboolean LinGlibAsyncCallDispatcher::dispatchStatic(GSource* source, GSourceFunc
     return FALSE;
   }
   const DispatchFrame frame(*dispatcher);
-  const bool stays = dispatcher->dispatch();
+  const bool served = dispatcher->dispatch();
   dispatcher->endDispatch();
-  return stays ? TRUE : FALSE;
+  return served ? TRUE : FALSE;
 }
 
 void LinGlibAsyncCallDispatcher::finalizeStatic(GSource* /*source*/) {}
@@ -198,19 +198,16 @@ LinGlibAsyncCallDispatcher* LinGlibAsyncCallDispatcher::beginDispatch(GSource* s
 }
 
 // Each descriptor is asked again before it is served: an earlier callback, of whatever source, may
-// have drained or closed it. A poll that the system refuses says nothing about the sinks: it leaves
-// the source in the context, which will ask again.
+// have drained or closed it.
 bool LinGlibAsyncCallDispatcher::dispatch() {
-  bool stays = false;
+  bool served = false;
   pollfd descriptor = {};
   for (auto position = firstPoller(); nextReadable(position, descriptor);) {
-    const int ready = poll(&descriptor, 1, 0);
-    if (ready > 0) {
-      stays = invokeCallback(descriptor) || stays;
+    if (poll(&descriptor, 1, 0) > 0) {
+      served = invokeCallback(descriptor) || served;
     }
-    stays = stays || ready < 0;
   }
-  return stays;
+  return served;
 }
 
 std::list<GPollFD>::iterator LinGlibAsyncCallDispatcher::firstPoller() {

@@ -21,10 +21,10 @@ namespace trelvo::core {
 /// A dispatcher is not entered twice: a sleep, or a further main loop, inside a callback runs what
 /// else is in the context, but none of this dispatcher's calls, descriptors and timers.
 ///
-/// Where none of the sinks that were to be served together ran to its end, as they threw or found
-/// their descriptors drained by others, GLib takes the dispatcher out of the context: none of its
-/// calls and descriptors are served any more. Its sleeps still keep their time, and its main loop
-/// can be stopped.
+/// Where none of the sinks that were to be served together ran to its end, as they threw, found
+/// their descriptors drained by others or could not be polled again, GLib takes the dispatcher out
+/// of the context: none of its calls and descriptors are served any more. Its sleeps still keep
+/// their time, and its main loop can be stopped.
 class TRELVO_EXPORT LinGlibAsyncCallDispatcher : public LinAsyncCallDispatcher {
  public:
   LinGlibAsyncCallDispatcher() = default;
