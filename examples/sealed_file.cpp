@@ -17,7 +17,6 @@ namespace schema = trelvo::schema;
 using trelvo::ICryptoFile;
 using trelvo::ICryptographyUtility;
 using trelvo::core::Directory;
-using trelvo::core::IFile;
 
 namespace {
 
@@ -26,7 +25,7 @@ gom::SharedPointer<ICryptographyUtility> keyOf(const char* device) {
   setenv("ORVE_UNIQUE_DEVICE_ID", device, 1);
   trelvo::Status status = trelvo::StatusOk;
   bool generated = false;
-  const gom::SharedPointer<ICryptographyUtility> key(
+  gom::SharedPointer<ICryptographyUtility> key(
       ICryptographyUtility::open("observations", status, generated));
   if (key) std::printf("%s %s\n", device, generated ? "makes a key" : "has a key");
   return key;

@@ -22,7 +22,7 @@ using trelvo::Status;
 namespace {
 
 constexpr std::time_t kEvening = 1700000000;
-constexpr long long kQuarterMs = 15 * 60 * 1000;
+constexpr long long kQuarterMs = 15LL * 60 * 1000;
 
 /// A clock that stands still until it is moved.
 class SimulatedClock : public platform::ITimeProvider {
