@@ -101,7 +101,7 @@ Inflated inflated(Bytes compressed) {
   stream.avail_in = static_cast<uInt>(compressed.size());
   int outcome = Z_OK;
   while (outcome == Z_OK) {
-    std::array<unsigned char, 16384> block;
+    std::array<unsigned char, 16384> block = {};
     stream.next_out = block.data();
     stream.avail_out = block.size();
     outcome = inflate(&stream, Z_NO_FLUSH);

@@ -52,9 +52,9 @@ void checkRefusal(const Bytes& input) {
 
 }  // namespace
 
-void run(const Bytes& input) {
-  checkReader(input, makeObject, checkObject);
-  checkRefusal(input);
+void run(const Bytes& bytes) {
+  checkReader(bytes, makeObject, checkObject);
+  checkRefusal(bytes);
 }
 
 }  // namespace trelvo::fuzz

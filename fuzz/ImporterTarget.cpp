@@ -35,12 +35,12 @@ class CheckingTarget : public tool::ImportTarget {
 
 }  // namespace
 
-void run(const Bytes& input) {
-  test::LimitedStream stream(input);
+void run(const Bytes& bytes) {
+  test::LimitedStream stream(bytes);
   tool::ImportReport report;
   CheckingTarget target;
   {
-    const MemoryBound bound(input.size(), kWorkspace);
+    const MemoryBound bound(bytes.size(), kWorkspace);
     tool::importStream(stream, "input", tool::ImportFormat::TRELVO_IMPORT_FORMAT, {}, report,
                        target);
   }

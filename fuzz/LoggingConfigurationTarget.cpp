@@ -42,6 +42,7 @@ std::FILE* openReally(const char* name, const char* mode) {
 }  // namespace
 
 // Stands before the C library's, under the name that large files give it.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the header has reserved ones
 extern "C" TRELVO_EXPORT std::FILE* fopen(const char* name, const char* mode) {
   return gRedirects ? openInstead(name, mode) : openReally(name, mode);
 }
@@ -97,20 +98,20 @@ void checkSettings(test::TestPlatform& platform, bool good, std::size_t lines) {
 
 }  // namespace
 
-void run(const Bytes& input) {
+void run(const Bytes& bytes) {
   static ScratchFile file;
   const Redirection redirection;
   configurationPath() = file.path();
   static const bool onItsOwn = isOnItsOwn(file);
   require(onItsOwn, "the library opens files by the function here");
-  file.setContent(input);
+  file.setContent(bytes);
   const int before = nextDescriptor();
   {
     test::TestPlatform platform;
-    const MemoryBound bound(input.size(), 65536);
+    const MemoryBound bound(bytes.size(), 65536);
     for (int round = 0; round < 2; ++round) {
       const bool good = platform.readConfig(file.path().c_str(), "logs/", nullptr);
-      checkSettings(platform, good, linesIn(input));
+      checkSettings(platform, good, linesIn(bytes));
     }
   }
   require(nextDescriptor() == before, "no file stays open");

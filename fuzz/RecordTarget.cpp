@@ -27,13 +27,13 @@ void checkRecord(const Handle& record) {
 
 }  // namespace
 
-void run(const Bytes& input) {
-  if (input.empty()) {
+void run(const Bytes& bytes) {
+  if (bytes.empty()) {
     return;
   }
-  const auto classId = static_cast<unsigned short>(kFirstClass + input.front() % kClasses);
+  const auto classId = static_cast<unsigned short>(kFirstClass + bytes.front() % kClasses);
   const auto make = [classId] { return schema::ObjectBaseFactory::createObject(classId); };
-  checkReader(Bytes(input.begin() + 1, input.end()), make, checkRecord);
+  checkReader(Bytes(bytes.begin() + 1, bytes.end()), make, checkRecord);
 }
 
 }  // namespace trelvo::fuzz

@@ -34,9 +34,9 @@ void checkValue(const Handle& variant) {
 
 }  // namespace
 
-void run(const Bytes& input) {
-  const bool blank = input.empty() || input.front() % 2 == 0;
-  checkReader(input, blank ? makeBlank : makeString, checkValue);
+void run(const Bytes& bytes) {
+  const bool blank = bytes.empty() || bytes.front() % 2 == 0;
+  checkReader(bytes, blank ? makeBlank : makeString, checkValue);
 }
 
 }  // namespace trelvo::fuzz

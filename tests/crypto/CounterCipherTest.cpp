@@ -63,8 +63,7 @@ TEST(CounterCipher, GoesAnywhereAtAnyTime) {
   CounterCipher cipher;
   for (const unsigned int i : {2U, 0U, 1U, 3U, 3U, 0U}) {
     const std::size_t at = 16 * std::size_t{i};
-    EXPECT_EQ(apply(cipher, counterPlus(i), part(kPlain, at, at + 16)),
-              part(kStored, at, at + 16));
+    EXPECT_EQ(apply(cipher, counterPlus(i), part(kPlain, at, at + 16)), part(kStored, at, at + 16));
   }
 }
 

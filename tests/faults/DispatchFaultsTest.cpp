@@ -122,8 +122,8 @@ TEST_P(DispatchFaults, AnEventIsServedNowOrLater) {
     const SystemCallsSucceed afterwards;
     sleepOnce(*dispatcher);
     EXPECT_TRUE(events == 2 || mayHaveLeft()) << events;
-    for (int i = 0; i < 2; ++i) {
-      linux.detachPollSink(channels[i].descriptor());
+    for (const test::Channel& channel : channels) {
+      linux.detachPollSink(channel.descriptor());
     }
   });
   expectKinds(failed, {"socketpair", "poll"});

@@ -29,6 +29,10 @@ void* firstArgument(va_list arguments) { return va_arg(arguments, void*); }
 }  // namespace
 }  // namespace trelvo::test
 
+#ifdef __clang__  // an enumeration of libcurl's is what its functions take last
+#pragma clang diagnostic ignored "-Wvarargs"
+#endif
+
 #define TRELVO_IN_PLACE extern "C" __attribute__((visibility("default")))
 
 // These take the place of libcurl's for the whole process. Options of this library are pointers,

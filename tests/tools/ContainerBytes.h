@@ -26,7 +26,7 @@ inline gom::SharedPointer<schema::MeasurementContainer> containerAt(double latit
                                                                     double longitude,
                                                                     unsigned int timeStamp) {
   const auto fix = schema::PositionEstimate::create(latitude, longitude, timeStamp);
-  const auto container = schema::MeasurementContainer::create();
+  auto container = schema::MeasurementContainer::create();
   EXPECT_EQ(container->addGnssMeasurement(schema::GnssMeasurement::create(*fix)->wrappedObject()),
             StatusOk);
   return container;

@@ -172,7 +172,7 @@ TEST(ExportGeosubmitText, ACodeThatNoLevelHasIsToldAndLeftOut) {
 
 TEST(ExportGeosubmitText, NeighboursOfASecondCellAreTold) {
   const auto cellWith = [](unsigned short cid, unsigned short neighbour) {
-    const auto cell =
+    auto cell =
         schema::GeranCellMeasurement::create(schema::GeranCellDn::create(262, 1, 7, cid), kStart);
     const auto nw = schema::GeranNwMeasurement::create();
     nw->setCid(neighbour);

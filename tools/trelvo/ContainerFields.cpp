@@ -193,18 +193,21 @@ std::vector<FieldDifference> FieldComparison::differences(const ContainerFields&
                                                           const ContainerFields& right) const {
   std::vector<std::pair<std::size_t, FieldDifference>> found;
   walk(left, right, [&](const ContainerField* a, const ContainerField* b) {
-    if (a == nullptr && !isInsideMissing(left, b->path)) {
-      found.push_back({left.size() + b->place, {b->path, "", b->text, ""}});
-    } else if (b == nullptr && !isInsideMissing(right, a->path)) {
-      found.push_back({a->place, {a->path, a->text, "", ""}});
-    } else if (a != nullptr && b != nullptr && !isEqual(left, right, *a, *b)) {
-      found.push_back({a->place, described(left, right, *a, *b)});
+    if (a != nullptr && b != nullptr) {
+      if (!isEqual(left, right, *a, *b)) {
+        found.emplace_back(a->place, described(left, right, *a, *b));
+      }
+    } else if (b != nullptr && !isInsideMissing(left, b->path)) {
+      found.emplace_back(left.size() + b->place, FieldDifference{b->path, "", b->text, ""});
+    } else if (a != nullptr && !isInsideMissing(right, a->path)) {
+      found.emplace_back(a->place, FieldDifference{a->path, a->text, "", ""});
     }
     return true;
   });
   std::sort(found.begin(), found.end(),
             [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<FieldDifference> ordered;
+  ordered.reserve(found.size());
   for (auto& [place, difference] : found) {
     ordered.push_back(std::move(difference));
   }
@@ -214,7 +217,8 @@ std::vector<FieldDifference> FieldComparison::differences(const ContainerFields&
 bool FieldComparison::isSame(const ContainerFields& left, const ContainerFields& right) const {
   return walk(left, right, [&](const ContainerField* a, const ContainerField* b) {
     const bool isEqualHere = a != nullptr && b != nullptr && isEqual(left, right, *a, *b);
-    return isEqualHere || (a != nullptr ? a : b)->path == kMeasurementId;
+    const ContainerField* const present = a != nullptr ? a : b;
+    return isEqualHere || (present != nullptr && present->path == kMeasurementId);
   });
 }
 

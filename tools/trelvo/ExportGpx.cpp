@@ -44,7 +44,7 @@ class Spool {
   bool isEmpty() const { return m_file == nullptr; }
 
   void copyTo(std::ostream& out) {
-    std::array<char, 65536> block;
+    std::array<char, 65536> block = {};
     require(std::fseek(m_file.get(), 0, SEEK_SET) == 0);
     while (const std::size_t got = std::fread(block.data(), 1, block.size(), m_file.get())) {
       out.write(block.data(), static_cast<std::streamsize>(got));
@@ -108,8 +108,7 @@ class GpxWriter : public ExportWriter {
     return "<" + element + " lat=\"" + degreesText(feature.position->latitude) + "\" lon=\"" +
            longitudeText(feature.position->longitude) + "\">" +
            (utc != nullptr ? "<time>" + xmlText(utc->text) + "</time>" : "") + name + "<desc>" +
-           xmlText(descriptionText(feature)) + "</desc></" + element +
-           ">\n";
+           xmlText(descriptionText(feature)) + "</desc></" + element + ">\n";
   }
 
   ExportTarget m_target;

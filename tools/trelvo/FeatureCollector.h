@@ -36,8 +36,8 @@ class FeatureCollector : public ShowWriter {
  private:
   struct Level {
     std::size_t feature = 0;  // whose fields the values here are
-    std::string prefix;   // of their names
-    bool isFlat = false;  // a known part, left out of the names
+    std::string prefix;       // of their names
+    bool isFlat = false;      // a known part, left out of the names
     bool isList = false;
     bool repeatsIdentity = false;   // a network measurement of a serving cell
     bool repeatsFrequency = false;  // one of a neighbour

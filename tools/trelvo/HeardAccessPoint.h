@@ -17,7 +17,7 @@ std::optional<MacAddress> macAddress(std::string_view text);
 
 /// One WLAN access point as an input gives it.
 struct HeardAccessPoint {
-  MacAddress address;
+  MacAddress address = {};
   std::optional<signed char> level;       ///< dBm
   std::optional<unsigned char> rssi;      ///< on the receiver's own scale
   std::optional<unsigned int> timeStamp;  ///< Unix seconds
