@@ -15,7 +15,11 @@
 namespace {
 
 namespace fs = std::filesystem;
-using namespace trelvo::manual;
+using trelvo::manual::pageName;
+using trelvo::manual::Sections;
+using trelvo::manual::writeCommandPage;
+using trelvo::manual::writeCompletion;
+using trelvo::manual::writeProgramPage;
 using trelvo::tool::CommandText;
 
 constexpr const char* kSectionEnding = ".roff";

@@ -51,6 +51,7 @@ std::vector<PixelEllipse> chosenErrors(const std::vector<PixelEllipse>& shapes) 
     return shapes;
   }
   std::vector<MapPoint> centres;
+  centres.reserve(shapes.size());
   for (const PixelEllipse& shape : shapes) {
     centres.push_back(shape.centre);
   }

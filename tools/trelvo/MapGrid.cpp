@@ -41,8 +41,9 @@ double xOf(const MapSheet& sheet, double longitude) {
 /// Calls `draw` with each multiple of `step` from `first` to `last`.
 template <class Draw>
 void forMultiples(double step, double first, double last, Draw draw) {
-  for (double i = std::ceil(first / step); i <= std::floor(last / step); ++i) {
-    draw(i * step);
+  const auto end = static_cast<long long>(std::floor(last / step));
+  for (auto i = static_cast<long long>(std::ceil(first / step)); i <= end; ++i) {
+    draw(static_cast<double>(i) * step);
   }
 }
 

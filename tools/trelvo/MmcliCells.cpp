@@ -28,7 +28,7 @@ struct NumberRow {
   std::string_view name;
   std::optional<long long> HeardCell::*field;
   int base;
-  long long most;
+  int most;
 };
 
 constexpr long long kMostPathLoss = 173;

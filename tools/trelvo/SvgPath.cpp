@@ -26,6 +26,12 @@ void append(std::string& data, long tenths) {
   data += (isParted ? "" : " ") + tenthsText(tenths);
 }
 
+/// Whether XML allows the character of the three bytes of a UTF-8 sequence.
+bool isAllowed(unsigned int first, unsigned int second, unsigned int third) {
+  const unsigned int code = (first & 0xFU) << 12 | (second & 0x3FU) << 6 | (third & 0x3FU);
+  return code >= 0x800 && (code < 0xD800 || code > 0xDFFF) && code < 0xFFFE;
+}
+
 /// The length of the UTF-8 sequence of a character that XML allows at the front of `text`, else 0.
 std::size_t characterLength(std::string_view text) {
   const auto byte = [&](std::size_t i) {
@@ -40,13 +46,11 @@ std::size_t characterLength(std::string_view text) {
     return follows(1) && (first > 0xC2 || byte(1) >= 0xA0) ? 2 : 0;
   }
   if ((first & 0xF0U) == 0xE0U) {
-    const unsigned int code = (first & 0xFU) << 12 | (byte(1) & 0x3FU) << 6 | (byte(2) & 0x3FU);
-    const bool isAllowed = code >= 0x800 && (code < 0xD800 || code > 0xDFFF) && code < 0xFFFE;
-    return follows(1) && follows(2) && isAllowed ? 3 : 0;
+    return follows(1) && follows(2) && isAllowed(first, byte(1), byte(2)) ? 3 : 0;
   }
   const unsigned int start = first << 8 | byte(1);
-  const bool isAllowed = start >= 0xF090 && start <= 0xF48F;
-  return isAllowed && follows(1) && follows(2) && follows(3) ? 4 : 0;
+  const bool isInRange = start >= 0xF090 && start <= 0xF48F;
+  return isInRange && follows(1) && follows(2) && follows(3) ? 4 : 0;
 }
 
 const char* entityOf(char c) {
