@@ -34,6 +34,11 @@ void ReferenceCountable::operator delete(void* block, std::size_t /*size*/,
   ::operator delete(block, alignment);
 }
 
+// What GCC calls when a constructor throws: it does not take the form with a size there.
+void ReferenceCountable::operator delete(void* block, std::align_val_t alignment) noexcept {
+  ::operator delete(block, alignment);
+}
+
 void ReferenceCountable::operator delete(void* block, std::align_val_t alignment,
                                          const std::nothrow_t& tag) noexcept {
   ::operator delete(block, alignment, tag);

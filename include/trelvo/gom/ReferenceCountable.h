@@ -48,10 +48,7 @@ class TRELVO_EXPORT ReferenceCountable {
   static void operator delete(void* block, const std::nothrow_t& tag) noexcept;
   static void operator delete(void* /*block*/, void* /*place*/) noexcept {}
   static void operator delete(void* block, std::size_t size, std::align_val_t alignment) noexcept;
-  // What a constructor that throws calls: GCC does not take the form with a size there.
-  static void operator delete(void* block, std::align_val_t alignment) noexcept {
-    ::operator delete(block, alignment);
-  }
+  static void operator delete(void* block, std::align_val_t alignment) noexcept;
   static void operator delete(void* block, std::align_val_t alignment,
                               const std::nothrow_t& tag) noexcept;
 
