@@ -14,25 +14,14 @@
 namespace trelvo::tool {
 namespace {
 
-using schema::MeasurementContainer;
-
 constexpr unsigned int kNow = 1700000000;
 
-struct Import {
+struct Import : ImportOutcome {
   explicit Import(const std::string& text, const ImportClock& clock = {{}, kNow},
                   ImportFormat format = ImportFormat::Geolocate) {
     ProducedStream stream(text);
     any = importStream(stream, "request", format, clock, report, target);
   }
-
-  size_t size() const { return target.containers.size(); }
-  const MeasurementContainer& container(size_t index = 0) const {
-    return *target.containers.at(index);
-  }
-
-  KeepingTarget target;
-  ImportReport report;
-  bool any = false;
 };
 
 TEST(Geolocate, ReadsTheDocumentedRequestForAccessPoints) {

@@ -20,21 +20,12 @@ namespace {
 using schema::MeasurementContainer;
 using schema::PositionEstimate;
 
-struct Import {
+struct Import : ImportOutcome {
   explicit Import(const std::string& text) {
     ProducedStream stream(text);
     ImportSource source(stream, "report");
     any = GeosubmitImporter(source, report, target).run();
   }
-
-  size_t size() const { return target.containers.size(); }
-  const MeasurementContainer& container(size_t index = 0) const {
-    return *target.containers.at(index);
-  }
-
-  KeepingTarget target;
-  ImportReport report;
-  bool any = false;
 };
 
 // One item with a time stamp of 1405602028 s and the given further members.

@@ -7,6 +7,7 @@
 #include <trelvo/schema/MeasurementContainer.h>
 #include <trelvo/schema/PositionEstimate.h>
 
+#include <cstddef>
 #include <vector>
 
 #include "tests/tools/ImportInput.h"
@@ -29,6 +30,18 @@ class KeepingTarget : public ImportTarget {
   void take(const schema::Injection& injection) override {
     injections.push_back(schema::Injection::create(injection.wrappedObject()));
   }
+};
+
+/// What an import gave. A test file derives the import that it is about.
+struct ImportOutcome {
+  std::size_t size() const { return target.containers.size(); }
+  const schema::MeasurementContainer& container(std::size_t index = 0) const {
+    return *target.containers.at(index);
+  }
+
+  KeepingTarget target;
+  ImportReport report;
+  bool any = false;
 };
 
 /// Counts containers and forgets them.

@@ -12,26 +12,16 @@
 namespace trelvo::tool {
 namespace {
 
-using schema::MeasurementContainer;
 using schema::PositionEstimate;
 
 constexpr unsigned int kNow = 1700000000;
 
-struct Import {
+struct Import : ImportOutcome {
   explicit Import(const std::string& text, const ImportClock& clock = {{}, kNow}) {
     ProducedStream stream(text);
     ImportSource source(stream, "modem");
     any = MmcliImporter(source, report, target, clock).run();
   }
-
-  size_t size() const { return target.containers.size(); }
-  const MeasurementContainer& container(size_t index = 0) const {
-    return *target.containers.at(index);
-  }
-
-  KeepingTarget target;
-  ImportReport report;
-  bool any = false;
 };
 
 std::string cells(const std::string& list) {

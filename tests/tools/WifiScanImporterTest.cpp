@@ -17,22 +17,17 @@ using schema::WlanApMeasurement;
 
 constexpr unsigned int kNow = 1700000000;
 
-struct Import {
+struct Import : ImportOutcome {
   explicit Import(const std::string& text, const ImportClock& clock = {{}, kNow}) {
     ProducedStream stream(text);
     ImportSource source(stream, "scan");
     any = WifiScanImporter(source, report, target, clock).run();
   }
 
-  size_t size() const { return target.containers.size(); }
-  const MeasurementContainer& scan(size_t index = 0) const { return *target.containers.at(index); }
+  const MeasurementContainer& scan(size_t index = 0) const { return container(index); }
   unsigned int count(size_t index = 0) const {
     return scan(index).wlanMeasurementCollection()->count();
   }
-
-  KeepingTarget target;
-  ImportReport report;
-  bool any = false;
 };
 
 std::string entry(const std::string& fields, const std::string& end = "c6:80",
