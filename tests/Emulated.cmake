@@ -17,10 +17,6 @@ if(TRELVO_EMULATED)
   set(CMAKE_PCH_WARN_INVALID OFF)
 endif()
 
-# Test programs with cases by the hundred and nothing but the data model in them. Under an emulator a
-# case would take longer to start than to run, so there one process runs all.
-set(TRELVO_ONE_PROCESS geometry golden objects robustness schema)
-
 # What is not run there, and why; everything else is. ctest reads it from the build tree.
 if(TRELVO_EMULATED)
   set(not_emulated
