@@ -172,6 +172,7 @@ TYPED_TEST(EveryRecord, IsMadeEmptyWithItsClassId) {
   EXPECT_FALSE(record->valueExists(0));
   EXPECT_FALSE(record->isExtended());
   record->dump();
+  EXPECT_TRUE(record->isEmpty());
 }
 
 TYPED_TEST(EveryRecord, IsWhatTheFactoryMakes) {
@@ -194,11 +195,20 @@ TYPED_TEST(EveryRecord, EqualsItsCopiesAndClones) {
   ASSERT_NE(copy, nullptr);
   ASSERT_NE(clone, nullptr);
   static_assert(std::is_same_v<decltype(record->clone()), Record*>);
-  for (const SharedPointer<Record>& other : {copy, clone}) {
+  const SharedPointer<Record> assigned = Record::create();
+  *assigned = *record;
+  for (const SharedPointer<Record>& other : {copy, clone, assigned}) {
     EXPECT_TRUE(*record == *other);
     EXPECT_FALSE(*record != *other);
     EXPECT_TRUE(record->compare(other.get()));
   }
+}
+
+TYPED_TEST(EveryRecord, DumpHasNoEffect) {
+  using Record = typename TypeParam::Record;
+  const SharedPointer<Record> record = full<Record>();
+  record->dump();
+  EXPECT_TRUE(*record == *full<Record>());
 }
 
 TYPED_TEST(EveryRecord, CopiesShareAndClonesCopyTheExtension) {
@@ -212,9 +222,11 @@ TYPED_TEST(EveryRecord, CopiesShareAndClonesCopyTheExtension) {
   EXPECT_FALSE(*clone == *record);
 }
 
-TYPED_TEST(EveryRecord, EqualsNoOtherClassAndNoNull) {
+TYPED_TEST(EveryRecord, EqualsNoOtherContentNoOtherClassAndNoNull) {
   using Record = typename TypeParam::Record;
   const auto record = Record::create();
+  EXPECT_FALSE(record->compare(full<Record>().get()));
+  EXPECT_FALSE(full<Record>()->compare(record.get()));
   EXPECT_FALSE(record->compare(nullptr));
   const SharedPointer<ObjectBase> other = std::is_same_v<Record, GeranCellDn>
                                               ? SharedPointer<ObjectBase>(UtraCellDn::create())

@@ -140,17 +140,6 @@ TEST(Area, RefusesAMaskOf256) {
   EXPECT_FALSE(readFrom(area, bytes("01 01 0001")));
 }
 
-TEST(Area, FailsWhereverTheStreamEndsOrIsFull) {
-  const Area area(1, 2, 3, 4, 5.0F);
-  const test::Bytes whole = written(area);
-  for (unsigned int length = 0; length < whole.size(); ++length) {
-    Area back;
-    EXPECT_FALSE(readFrom(back, test::head(whole, length))) << length;
-    test::LimitedStream stream(length);
-    EXPECT_FALSE(area.write(stream)) << length;
-  }
-}
-
 TEST(Area, EqualityIsTheCoveragesAndTheExtensions) {
   EXPECT_EQ(Area(1, 2, 3, 4, 0.5F), Area(1, 2, 3, 4, 0.9F));
   EXPECT_NE(Area(1, 2, 3, 4, 0.5F), Area(1, 2, 3, 4, 1.5F));
@@ -158,17 +147,6 @@ TEST(Area, EqualityIsTheCoveragesAndTheExtensions) {
   Area extended(1, 2, 3, 4, 0.5F);
   ASSERT_NE(extended.extension(), nullptr);
   EXPECT_NE(extended, Area(1, 2, 3, 4, 0.5F));
-}
-
-TEST(Area, CompareWantsAnEqualArea) {
-  const Area area(1, 2, 3, 4, 5.0F);
-  const Area same(1, 2, 3, 4, 5.0F);
-  const Area other(0, 2, 3, 4, 5.0F);
-  const WlanDn foreign;
-  EXPECT_TRUE(area.compare(&same));
-  EXPECT_FALSE(area.compare(&other));
-  EXPECT_FALSE(area.compare(&foreign));
-  EXPECT_FALSE(area.compare(nullptr));
 }
 
 TEST(Area, CopiesCarryTheCoverageAndAreIndependent) {
@@ -193,12 +171,6 @@ TEST(Area, CloneCopiesCoverageAndExtension) {
   EXPECT_EQ(clone->referenceCount(), 1);
   EXPECT_EQ(*clone, area);
   EXPECT_NE(clone->extensionReference(), area.extensionReference());
-}
-
-TEST(Area, DumpHasNoEffect) {
-  const Area area(1, 2, 3, 4, 5.0F);
-  area.dump();
-  EXPECT_EQ(area, Area(1, 2, 3, 4, 5.0F));
 }
 
 }  // namespace

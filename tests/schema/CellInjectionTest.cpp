@@ -360,15 +360,6 @@ TYPED_TEST(EveryNeighborCellInjection, IsSafeToUseAfterAnAssignmentRanOutOfMemor
   });
 }
 
-TEST(CellularObjectInjection, SharesTheObjectWithItsCopy) {
-  const auto injection = CellularObjectInjection::create();
-  const CellularObjectInjection copy(*injection);
-  ASSERT_EQ(injection->setTimeStamp(12), StatusOk);
-  injection->dump();
-  EXPECT_EQ(copy.wrappedObject(), injection->wrappedObject());
-  EXPECT_EQ(copy.timeStamp(), 12U);
-}
-
 TEST(CellularObjectInjection, IsMadeWithAllThreePropertiesOrNotAtAll) {
   const auto dn = CellularObjectDn::create(CellularObjectDn::NwGeran, 262);
   const auto area = Area::create(1, 2, 3, 4, 0.5F);

@@ -193,19 +193,6 @@ TYPED_TEST(EveryCellMeasurement, WholeListIsReplacedUnseen) {
   EXPECT_EQ(list->count(), 1U);
 }
 
-TYPED_TEST(EveryCellMeasurement, IsMadeOverAnObjectOfItsKeyOnly) {
-  using Measurement = typename TypeParam::Measurement;
-  constexpr unsigned short kOtherKey = TypeParam::kObjectKey == 2 ? 3 : 2;
-  this->measurement->setTimeStamp(7);
-  const auto same = Measurement::create(this->measurement->wrappedObject());
-  ASSERT_TRUE(same);
-  EXPECT_EQ(same->wrappedObject(), this->measurement->wrappedObject());
-  EXPECT_EQ(same->timeStamp(), 7U);
-  EXPECT_FALSE(Measurement::create(GenericObject::create(kOtherKey)));
-  EXPECT_FALSE(Measurement::create(GenericObject::create(1)));
-  EXPECT_FALSE(Measurement::create(SharedPointer<GenericObject>()));
-}
-
 TYPED_TEST(EveryCellMeasurement, IsMadeWithTimeStampAheadOfIdentity) {
   using Measurement = typename TypeParam::Measurement;
   const auto made = Measurement::create(this->dn, 7U);
@@ -241,19 +228,6 @@ TYPED_TEST(EveryCellMeasurement, AddingANeighborAddsAllOrNothingWhenMemoryRunsOu
       EXPECT_EQ(status, made->valueExists(0x08) ? StatusOk : StatusOutOfMemory);
     }
   });
-}
-
-TYPED_TEST(EveryCellMeasurement, AssignmentAndCopyShareTheObject) {
-  using Measurement = typename TypeParam::Measurement;
-  this->measurement->setTimeStamp(7);
-  Measurement assigned;
-  assigned = *this->measurement;
-  const Measurement copy(*this->measurement);
-  EXPECT_EQ(assigned.wrappedObject(), this->measurement->wrappedObject());
-  EXPECT_EQ(copy.wrappedObject(), this->measurement->wrappedObject());
-  auto& self = assigned;
-  assigned = self;
-  EXPECT_EQ(assigned.timeStamp(), 7U);
 }
 
 TYPED_TEST(EveryCellMeasurement, CloneIsADeepCopyOfTheObject) {

@@ -48,13 +48,6 @@ TEST(GnssInjection, EmptyDataAreRefused) {
   EXPECT_FALSE(GnssInjection::create(7U, SharedPointer<GnssMeasurementData>()));
 }
 
-TEST(GnssInjection, TakesOnlyAnObjectOfItsKey) {
-  EXPECT_FALSE(GnssInjection::create(GenericObject::create(21)));
-  EXPECT_FALSE(GnssInjection::create(SharedPointer<GenericObject>()));
-  const SharedPointer<GenericObject> object = GenericObject::create(13);
-  EXPECT_EQ(GnssInjection::create(object)->wrappedObject(), object);
-}
-
 TEST(GnssInjection, ARecordOfAnotherClassReadsAsEmpty) {
   const SharedPointer<GnssInjection> injection = GnssInjection::create();
   injection->object().setObjectProperty(130, WlanDn::create());
@@ -122,18 +115,6 @@ TEST(GnssInjection, UnsetRemovesTheDataButNotTheTime) {
   EXPECT_EQ(injection->object().propertyCount(), 1U);
 }
 
-TEST(GnssInjection, AssignmentAndCopyShareTheObject) {
-  const SharedPointer<GnssInjection> source = GnssInjection::create(7, someData());
-  GnssInjection target;
-  target = *source;
-  EXPECT_EQ(target.wrappedObject(), source->wrappedObject());
-  const GnssInjection& self = target;
-  target = self;
-  EXPECT_EQ(target.timeStamp(), 7U);
-  const GnssInjection copy(*source);
-  EXPECT_EQ(copy.wrappedObject(), source->wrappedObject());
-}
-
 TEST(GnssInjection, WithoutAnObjectGettersGiveNothing) {
   GnssInjection injection;
   EXPECT_EQ(injection.timeStamp(), 0U);
@@ -154,12 +135,6 @@ TEST(GnssInjection, WritesTheseBytesAndReadsBack) {
   ASSERT_TRUE(test::readFrom(*back, wire));
   EXPECT_EQ(*back->gnssMeasurementData(), *someData());
   EXPECT_EQ(back->timeStamp(), 7U);
-}
-
-TEST(GnssInjection, DumpHasNoEffect) {
-  const SharedPointer<GnssInjection> injection = GnssInjection::create(7, someData());
-  injection->dump();
-  EXPECT_EQ(injection->object(), GnssInjection::create(7, someData())->object());
 }
 
 }  // namespace

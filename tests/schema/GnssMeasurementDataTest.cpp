@@ -222,16 +222,6 @@ TEST(GnssMeasurementData, ReadTakesWhatTheSettersRefuse) {
   EXPECT_EQ(data.speed(), -1.0);
 }
 
-TEST(GnssMeasurementData, FailsWhereverTheStreamEndsOrIsFull) {
-  const test::Bytes whole = written(withEverything());
-  for (unsigned int length = 0; length < whole.size(); ++length) {
-    Data back;
-    EXPECT_FALSE(readFrom(back, test::head(whole, length))) << length;
-    test::LimitedStream stream(length);
-    EXPECT_FALSE(withEverything().write(stream)) << length;
-  }
-}
-
 TEST(GnssMeasurementData, EqualityIsTheCoveragesOwnAndExactForNumbers) {
   EXPECT_EQ(Data(Coverage(0, 0, 1, 1, 0.5F)), Data(Coverage(0, 0, 1, 1, 0.9F)));
   EXPECT_NE(Data(Coverage(0, 0, 1, 1, 0.5F)), Data(Coverage(1, 0, 1, 1, 0.5F)));
@@ -259,23 +249,6 @@ TEST(GnssMeasurementData, CopiesAndClonesAreEqualAndIndependent) {
   assigned = *source;
   EXPECT_EQ(assigned, *source);
   EXPECT_FALSE(Data::create(SharedPointer<Data>()));
-}
-
-TEST(GnssMeasurementData, CompareWantsEqualData) {
-  const Data data = withEverything();
-  const Data same = withEverything();
-  const Data other;
-  const WlanDn foreign;
-  EXPECT_TRUE(data.compare(&same));
-  EXPECT_FALSE(data.compare(&other));
-  EXPECT_FALSE(data.compare(&foreign));
-  EXPECT_FALSE(data.compare(nullptr));
-}
-
-TEST(GnssMeasurementData, DumpHasNoEffect) {
-  const Data data = withEverything();
-  data.dump();
-  EXPECT_EQ(data, withEverything());
 }
 
 Estimate wholeEstimate() {

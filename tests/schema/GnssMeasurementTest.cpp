@@ -57,13 +57,6 @@ TEST(GnssMeasurement, EmptyDataAreRefused) {
   EXPECT_FALSE(GnssMeasurement::create(7U, SharedPointer<GnssMeasurementData>()));
 }
 
-TEST(GnssMeasurement, TakesOnlyAnObjectOfItsKey) {
-  EXPECT_FALSE(GnssMeasurement::create(GenericObject::create(13)));
-  EXPECT_FALSE(GnssMeasurement::create(SharedPointer<GenericObject>()));
-  const SharedPointer<GenericObject> object = GenericObject::create(21);
-  EXPECT_EQ(GnssMeasurement::create(object)->wrappedObject(), object);
-}
-
 TEST(GnssMeasurement, ARecordOfAnotherClassReadsAsEmpty) {
   const SharedPointer<GnssMeasurement> measurement = GnssMeasurement::create();
   measurement->object().setObjectProperty(130, WlanDn::create());
@@ -148,18 +141,6 @@ TEST(GnssMeasurement, ATimeOfZeroOrBadDataHaveNoPosition) {
   EXPECT_FALSE(GnssMeasurement::create(0, someData())->toPosition());
   const SharedPointer<GnssMeasurementData> bad = GnssMeasurementData::create(Coverage(1, 2, 0.0F));
   EXPECT_FALSE(GnssMeasurement::create(7, bad)->toPosition());
-}
-
-TEST(GnssMeasurement, AssignmentAndCopyShareTheObject) {
-  const SharedPointer<GnssMeasurement> source = GnssMeasurement::create(7, someData());
-  GnssMeasurement target;
-  target = *source;
-  EXPECT_EQ(target.wrappedObject(), source->wrappedObject());
-  const GnssMeasurement& self = target;
-  target = self;
-  EXPECT_EQ(target.timeStamp(), 7U);
-  const GnssMeasurement copy(*source);
-  EXPECT_EQ(copy.wrappedObject(), source->wrappedObject());
 }
 
 TEST(GnssMeasurement, WithoutAnObjectGettersGiveNothing) {

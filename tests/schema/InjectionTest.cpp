@@ -144,13 +144,6 @@ TEST(Injection, IsOfKey5AndStartsEmpty) {
   EXPECT_EQ(written(*injection), bytes("0500 00000000"));
 }
 
-TEST(Injection, TakesOnlyAnObjectOfItsKey) {
-  EXPECT_FALSE(Injection::create(GenericObject::create(1)));
-  EXPECT_FALSE(Injection::create(Object()));
-  const Object object = GenericObject::create(5);
-  EXPECT_EQ(Injection::create(object)->wrappedObject(), object);
-}
-
 TEST(Injection, MeasurementIdStandsUnderBit0x100) {
   const SharedPointer<Injection> injection = Injection::create();
   EXPECT_FALSE(injection->valueExists(0x100));
@@ -179,21 +172,6 @@ TEST(Injection, AddInjectionChecksTheGivenKey) {
   EXPECT_EQ(injection->addInjection(GenericObject::create(40), 40, 500), StatusOk);
   EXPECT_EQ(injection->injectionCollection(500)->count(), 1U);
   EXPECT_FALSE(injection->injectionCollection(501));
-}
-
-TEST(Injection, WrappersOfOneObjectShowOneState) {
-  const SharedPointer<Injection> one = Injection::create();
-  const SharedPointer<Injection> other = Injection::create(one->wrappedObject());
-  Injection assigned;
-  assigned = *one;
-  assigned.setMeasurementId(4);
-  EXPECT_EQ(one->measurementId(), 4U);
-  EXPECT_EQ(other->measurementId(), 4U);
-  const Injection& self = assigned;
-  assigned = self;
-  EXPECT_EQ(assigned.wrappedObject(), one->wrappedObject());
-  const Injection copy(*one);
-  EXPECT_EQ(copy.wrappedObject(), one->wrappedObject());
 }
 
 TEST(Injection, WritesTheseBytesAndReadsBack) {
@@ -233,13 +211,6 @@ TEST(Injection, WithoutAnObjectGettersGiveNothing) {
   EXPECT_EQ(injection.addGeranInjection(GenericObject::create(6)), StatusWrongState);
   EXPECT_THROW(injection.setMeasurementId(1), Status);
   EXPECT_THROW(injection.setGeranInjectionCollection(ValueCollection::create()), Status);
-}
-
-TEST(Injection, DumpHasNoEffect) {
-  const SharedPointer<Injection> injection = Injection::create();
-  injection->setMeasurementId(1);
-  injection->dump();
-  EXPECT_EQ(injection->measurementId(), 1U);
 }
 
 }  // namespace

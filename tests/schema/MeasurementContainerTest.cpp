@@ -175,13 +175,6 @@ TEST(MeasurementContainer, IsOfKey1AndStartsEmpty) {
   EXPECT_EQ(written(*container), bytes("0100 00000000"));
 }
 
-TEST(MeasurementContainer, TakesOnlyAnObjectOfItsKey) {
-  EXPECT_FALSE(Container::create(GenericObject::create(5)));
-  EXPECT_FALSE(Container::create(Object()));
-  const Object object = GenericObject::create(1);
-  EXPECT_EQ(Container::create(object)->wrappedObject(), object);
-}
-
 TEST(MeasurementContainer, MeasurementIdIsUnsigned32AtKey317) {
   const SharedPointer<Container> container = Container::create();
   EXPECT_EQ(container->setMeasurementId(0xFFFFFFFF), StatusOk);
@@ -227,23 +220,6 @@ TEST(MeasurementContainer, ItemsAreNewWrappersOfTheStoredMember) {
   one->setTimeStamp(99);
   EXPECT_EQ(other->timeStamp(), 99U);
   EXPECT_EQ(container->geranMeasurement(0)->timeStamp(), 99U);
-}
-
-TEST(MeasurementContainer, WrappersOfOneObjectShowOneState) {
-  const SharedPointer<Container> one = Container::create();
-  const SharedPointer<Container> other = Container::create(one->wrappedObject());
-  Container assigned;
-  assigned = *one;
-  one->addGeranMeasurement(aGeranMeasurement()->wrappedObject());
-  assigned.setMeasurementId(4);
-  EXPECT_TRUE(other->geranMeasurement(0));
-  EXPECT_EQ(other->measurementId(), 4U);
-  EXPECT_EQ(one->measurementId(), 4U);
-  const Container& self = assigned;
-  assigned = self;
-  EXPECT_EQ(assigned.wrappedObject(), one->wrappedObject());
-  const Container copy(*one);
-  EXPECT_EQ(copy.wrappedObject(), one->wrappedObject());
 }
 
 TEST(MeasurementContainer, AddMeasurementChecksTheGivenKey) {
@@ -345,13 +321,6 @@ TEST(MeasurementContainer, WithoutAnObjectGettersGiveNothing) {
   EXPECT_EQ(container.addGeranMeasurement(GenericObject::create(2)), StatusWrongState);
   EXPECT_THROW(container.setMeasurementId(1), Status);
   EXPECT_THROW(container.setGeranMeasurementCollection(ValueCollection::create()), Status);
-}
-
-TEST(MeasurementContainer, DumpHasNoEffect) {
-  const SharedPointer<Container> container = Container::create();
-  container->setMeasurementId(1);
-  container->dump();
-  EXPECT_EQ(container->measurementId(), 1U);
 }
 
 }  // namespace

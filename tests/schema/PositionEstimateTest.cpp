@@ -450,17 +450,6 @@ TEST(PositionEstimate, CloneKeepsFieldsBehindClearBits) {
   EXPECT_EQ(clone->buildingId(), "B");
 }
 
-TEST(PositionEstimate, CompareWantsAnEqualEstimate) {
-  const Estimate estimate = withEverything();
-  const Estimate same = withEverything();
-  const Estimate blank;
-  const WlanDn foreign;
-  EXPECT_TRUE(estimate.compare(&same));
-  EXPECT_FALSE(estimate.compare(&blank));
-  EXPECT_FALSE(estimate.compare(&foreign));
-  EXPECT_FALSE(estimate.compare(nullptr));
-}
-
 TEST(PositionEstimate, BuildingsCompareByTheirWholeText) {
   Estimate one;
   Estimate other;
@@ -552,17 +541,6 @@ TEST(PositionEstimate, AFailedReadLeavesTheMaskAndTheFieldsReadSoFar) {
   EXPECT_FALSE(readFrom(estimate, bytes("01 03000000 07000000 00000000")));
   EXPECT_EQ(estimate.values(), 0x3U);
   EXPECT_EQ(estimate.timeStamp(), 7U);
-}
-
-TEST(PositionEstimate, FailsWhereverTheStreamEndsOrIsFull) {
-  const Estimate estimate = withEverything();
-  const test::Bytes whole = written(estimate);
-  for (unsigned int length = 0; length < whole.size(); ++length) {
-    Estimate back;
-    EXPECT_FALSE(readFrom(back, test::head(whole, length))) << length;
-    test::LimitedStream stream(length);
-    EXPECT_FALSE(estimate.write(stream)) << length;
-  }
 }
 
 TEST(PositionEstimate, DumpsHaveNoEffect) {

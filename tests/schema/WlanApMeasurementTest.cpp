@@ -139,16 +139,6 @@ TEST(WlanApMeasurement, BitsWithoutAFieldStayInTheMask) {
   EXPECT_EQ(measurement.band(), 7);
 }
 
-TEST(WlanApMeasurement, FailsWhereverTheStreamEndsOrIsFull) {
-  const test::Bytes whole = written(withEverything());
-  for (unsigned int length = 0; length < whole.size(); ++length) {
-    Ap back;
-    EXPECT_FALSE(readFrom(back, test::head(whole, length))) << length;
-    test::LimitedStream stream(length);
-    EXPECT_FALSE(withEverything().write(stream)) << length;
-  }
-}
-
 TEST(WlanApMeasurement, CopiesAndClonesAreEqualAndIndependent) {
   SharedPointer<Ap> source(new Ap(withEverything()));
   source->extension()->setUint32Property(1, 2);
@@ -169,23 +159,6 @@ TEST(WlanApMeasurement, CopiesAndClonesAreEqualAndIndependent) {
   EXPECT_EQ(assigned, *source);
   EXPECT_FALSE(Ap::create(SharedPointer<Ap>()));
   EXPECT_TRUE(Ap::create()->isEmpty());
-}
-
-TEST(WlanApMeasurement, CompareWantsAnEqualMeasurement) {
-  const Ap measurement = withEverything();
-  const Ap same = withEverything();
-  const Ap other;
-  const WlanDn foreign;
-  EXPECT_TRUE(measurement.compare(&same));
-  EXPECT_FALSE(measurement.compare(&other));
-  EXPECT_FALSE(measurement.compare(&foreign));
-  EXPECT_FALSE(measurement.compare(nullptr));
-}
-
-TEST(WlanApMeasurement, DumpHasNoEffect) {
-  const Ap measurement = withEverything();
-  measurement.dump();
-  EXPECT_EQ(measurement, withEverything());
 }
 
 }  // namespace

@@ -193,16 +193,6 @@ TEST(WlanDn, RefusesALengthOtherThan6And8) {
   }
 }
 
-TEST(WlanDn, FailsWhereverTheStreamEndsOrIsFull) {
-  const test::Bytes whole = written(withMac());
-  for (unsigned int length = 0; length < whole.size(); ++length) {
-    WlanDn back;
-    EXPECT_FALSE(readFrom(back, test::head(whole, length))) << length;
-    test::LimitedStream stream(length);
-    EXPECT_FALSE(withMac().write(stream)) << length;
-  }
-}
-
 TEST(WlanDn, CopiesCarryBytesLengthAndBase) {
   const SharedPointer<WlanDn> source(new WlanDn(withMac()));
   const SharedPointer<WlanDn> copy = WlanDn::create(source);
@@ -226,17 +216,6 @@ TEST(WlanDn, CloneCopiesBytesAndExtension) {
   EXPECT_EQ(*clone, source);
   EXPECT_EQ(stored(*clone), stored(source));
   EXPECT_NE(clone->extensionReference(), source.extensionReference());
-}
-
-TEST(WlanDn, CompareWantsAnEqualWlanDn) {
-  const WlanDn dn = withMac();
-  const WlanDn same = withMac();
-  const WlanDn other(1);
-  const Area foreign;
-  EXPECT_TRUE(dn.compare(&same));
-  EXPECT_FALSE(dn.compare(&other));
-  EXPECT_FALSE(dn.compare(&foreign));
-  EXPECT_FALSE(dn.compare(nullptr));
 }
 
 TEST(WlanDn, DumpsHaveNoEffect) {

@@ -64,15 +64,6 @@ TEST(WlanInjection, EmptyHandlesAreRefused) {
   EXPECT_FALSE(WlanInjection::create(aDn(), 7, SharedPointer<Area>()));
 }
 
-TEST(WlanInjection, TakesOnlyAnObjectOfItsKey) {
-  EXPECT_FALSE(WlanInjection::create(GenericObject::create(20)));
-  EXPECT_FALSE(WlanInjection::create(SharedPointer<GenericObject>()));
-  const SharedPointer<GenericObject> object = GenericObject::create(22);
-  const SharedPointer<WlanInjection> injection = WlanInjection::create(object);
-  ASSERT_TRUE(injection);
-  EXPECT_EQ(injection->wrappedObject(), object);
-}
-
 TEST(WlanInjection, RecordsOfAnotherClassReadAsEmpty) {
   const SharedPointer<WlanInjection> injection = WlanInjection::create();
   injection->object().setObjectProperty(200, anArea());
@@ -122,18 +113,6 @@ TEST(WlanInjection, UnsetRemovesTheNamedProperties) {
   EXPECT_TRUE(injection->isEmpty());
 }
 
-TEST(WlanInjection, AssignmentAndCopyShareTheObject) {
-  const SharedPointer<WlanInjection> source = withEverything();
-  WlanInjection target;
-  target = *source;
-  EXPECT_EQ(target.wrappedObject(), source->wrappedObject());
-  const WlanInjection& self = target;
-  target = self;
-  EXPECT_EQ(target.timeStamp(), 7U);
-  const WlanInjection copy(*source);
-  EXPECT_EQ(copy.wrappedObject(), source->wrappedObject());
-}
-
 TEST(WlanInjection, WithoutAnObjectGettersGiveNothingAndSettersThrow) {
   WlanInjection injection;
   EXPECT_FALSE(injection.dn());
@@ -160,12 +139,6 @@ TEST(WlanInjection, ReadsBack) {
   ASSERT_TRUE(test::readFrom(*back, written(*withEverything())));
   EXPECT_EQ(back->object(), withEverything()->object());
   EXPECT_EQ(back->coverage()->majorAxis(), 3U);
-}
-
-TEST(WlanInjection, DumpHasNoEffect) {
-  const SharedPointer<WlanInjection> injection = withEverything();
-  injection->dump();
-  EXPECT_EQ(injection->object(), withEverything()->object());
 }
 
 }  // namespace

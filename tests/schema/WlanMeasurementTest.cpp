@@ -88,15 +88,6 @@ TEST(WlanMeasurement, EmptyHandlesAreRefused) {
   EXPECT_FALSE(WlanMeasurement::create(SharedPointer<WlanDn>(), 7));
 }
 
-TEST(WlanMeasurement, TakesOnlyAnObjectOfItsKey) {
-  EXPECT_FALSE(WlanMeasurement::create(GenericObject::create(22)));
-  EXPECT_FALSE(WlanMeasurement::create(SharedPointer<GenericObject>()));
-  const SharedPointer<GenericObject> object = GenericObject::create(20);
-  const SharedPointer<WlanMeasurement> measurement = WlanMeasurement::create(object);
-  ASSERT_TRUE(measurement);
-  EXPECT_EQ(measurement->wrappedObject(), object);
-}
-
 TEST(WlanMeasurement, RecordsOfAnotherClassReadAsEmpty) {
   const SharedPointer<WlanMeasurement> measurement = WlanMeasurement::create();
   measurement->object().setObjectProperty(200, Area::create());
@@ -158,20 +149,6 @@ TEST(WlanMeasurement, UnsetRemovesTheNamedProperties) {
   EXPECT_TRUE(measurement->valueExists(0xF));
   measurement->unset(0xFFFFFFFF);
   EXPECT_TRUE(measurement->isEmpty());
-}
-
-TEST(WlanMeasurement, AssignmentAndCopySharesTheObject) {
-  const SharedPointer<WlanMeasurement> source = withEverything();
-  WlanMeasurement target;
-  target = *source;
-  EXPECT_EQ(target.wrappedObject(), source->wrappedObject());
-  target.setTimeStamp(99);
-  EXPECT_EQ(source->timeStamp(), 99U);
-  const WlanMeasurement& self = target;
-  target = self;
-  EXPECT_EQ(target.timeStamp(), 99U);
-  const WlanMeasurement copy(*source);
-  EXPECT_EQ(copy.wrappedObject(), source->wrappedObject());
 }
 
 TEST(WlanMeasurement, WithoutAnObjectGettersGiveNothingAndSettersThrow) {
