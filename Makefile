@@ -115,13 +115,13 @@ abi:
 fuzz:
 	@scripts/install-deps fuzz
 	cmake --preset fuzz -DTRELVO_TESTS=OFF
-	$(BUILD) fuzz -j $(JOBS)
+	$(BUILD) fuzz -j $(JOBS) --target trelvo_fuzz
 	scripts/fuzz build/fuzz $(TIME)
 
 fuzz-m32:
 	@scripts/install-deps fuzz-m32
 	cmake -G Ninja -S fuzz/m32 -B build/fuzz-m32 -DCMAKE_CXX_COMPILER=clang++-14
-	cmake --build build/fuzz-m32 -j $(JOBS)
+	cmake --build build/fuzz-m32 -j $(JOBS) --target trelvo_fuzz
 	scripts/fuzz build/fuzz-m32 $(TIME)
 
 soak:

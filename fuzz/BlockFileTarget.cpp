@@ -23,6 +23,20 @@ constexpr unsigned int kMostBytes = 100000;
 constexpr unsigned int kMostOperations = 64;
 constexpr unsigned int kMostAtOnce = 4096;
 
+/// Enough for any write, wherever in its first half that begins.
+const Bytes& pattern() {
+  static const Bytes bytes = [] {
+    Bytes made;
+    unsigned int number = 1;
+    while (made.size() < 2 * kMostAtOnce) {
+      number = number * 1664525 + 1013904223;
+      made.push_back(static_cast<unsigned char>(number >> 24U));
+    }
+    return made;
+  }();
+  return bytes;
+}
+
 /// What the first byte says.
 struct Kinds {
   explicit Kinds(unsigned int byte)
@@ -110,11 +124,9 @@ class Pair {
   }
 
   void write(unsigned int count) {
-    Bytes source(count);
-    for (unsigned char& byte : source) {
-      m_pattern = m_pattern * 5 + 3;
-      byte = static_cast<unsigned char>(m_pattern >> 8U);
-    }
+    const Bytes& all = pattern();
+    m_written = (m_written + 251) % kMostAtOnce;
+    const Bytes source = test::slice(all, m_written, m_written + count);
     require(m_crypto->write(source.data(), count) == m_model.write(source),
             "write() is as the model's");
   }
@@ -125,7 +137,7 @@ class Pair {
   FileHandle m_file;
   CryptoHandle m_crypto;
   BlockFileModel m_model;
-  unsigned int m_pattern = 1;
+  unsigned int m_written = 0;  ///< Where in the pattern the last write began.
 };
 
 }  // namespace

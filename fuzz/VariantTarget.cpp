@@ -32,11 +32,17 @@ void checkValue(const Handle& variant) {
   require(writtenForm(moved) == writtenForm(*variant), "what was moved is written alike");
 }
 
+/// A failed read may leave a value that has a type and nothing else, of which there is no clone.
+void checkRefused(const Handle& variant) {
+  const Handle clone(variant->clone());
+  require(!clone || clone->dataType() == variant->dataType(), "a clone is of the same type");
+}
+
 }  // namespace
 
 void run(const Bytes& bytes) {
   const bool blank = bytes.empty() || bytes.front() % 2 == 0;
-  checkReader(bytes, blank ? makeBlank : makeString, checkValue);
+  checkReader(bytes, blank ? makeBlank : makeString, checkValue, checkRefused);
 }
 
 }  // namespace trelvo::fuzz

@@ -67,9 +67,10 @@ void checkFullStream(const T& object, unsigned int taken) {
 }
 
 /// Has objects that `make` gives read `input`, from memory and from a foreign stream: both have to
-/// end the same way, and take as much. Calls `check` with an object that was read.
-template <class Make, class Check>
-void checkReader(const Bytes& input, Make make, Check check) {
+/// end the same way, and take as much. Calls `check` with an object that was read, and `refused`
+/// with each that could not be.
+template <class Make, class Check, class Refused>
+void checkReader(const Bytes& input, Make make, Check check, Refused refused) {
   const auto object = make();
   const auto other = make();
   BufferStream memory;
@@ -83,6 +84,9 @@ void checkReader(const Bytes& input, Make make, Check check) {
     checkRoundTrip(*object, memory.offset(), *make());
     checkFullStream(*object, memory.offset());
     check(object);
+  } else {
+    refused(object);
+    refused(other);
   }
 }
 

@@ -161,9 +161,12 @@ bool BlockFileModel::getSize(unsigned int& size) {
 Bytes BlockFileModel::read(unsigned int count) {
   Bytes result;
   while (result.size() < count) {
-    const bool more = state.position < state.validBytes;
-    if (more) {
-      result.push_back(state.buffer[state.position++]);
+    if (state.position < state.validBytes) {
+      const auto wanted = count - static_cast<unsigned int>(result.size());
+      const unsigned int given = std::min(state.validBytes - state.position, wanted);
+      const auto first = state.buffer.begin() + static_cast<std::ptrdiff_t>(state.position);
+      result.insert(result.end(), first, first + static_cast<std::ptrdiff_t>(given));
+      state.position += given;
     } else if (eof()) {
       break;
     } else {
@@ -181,7 +184,12 @@ unsigned int BlockFileModel::write(const Bytes& source) {
   unsigned int taken = 0;
   while (taken < source.size()) {
     if (state.position < 512) {
-      state.buffer[state.position++] = source[taken++];
+      const auto left = static_cast<unsigned int>(source.size()) - taken;
+      const unsigned int moved = std::min(512 - state.position, left);
+      std::copy_n(source.begin() + static_cast<std::ptrdiff_t>(taken), moved,
+                  state.buffer.begin() + static_cast<std::ptrdiff_t>(state.position));
+      state.position += moved;
+      taken += moved;
       state.dirty = true;
       state.validBytes = std::max(state.validBytes, state.position);
     } else {
