@@ -10,6 +10,8 @@
 
 #include <trelvo/DebugCommon.h>
 
+#include "debug/StreamIndex.h"
+
 namespace trelvo {
 namespace {
 
@@ -42,13 +44,16 @@ bool DebugCommon::readConfigFile(const char* name) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(name, "re"), std::fclose);
   if (!file) return false;
 
+  StreamIndex index(m_components);
   bool good = true;
   char line[kLineSize];
-  while (std::fgets(line, kLineSize, file.get()) != nullptr) good = readConfigLine(line) && good;
+  while (std::fgets(line, kLineSize, file.get()) != nullptr) {
+    good = readConfigLine(line, index) && good;
+  }
   return good && std::ferror(file.get()) == 0;
 }
 
-bool DebugCommon::readConfigLine(char* line) {
+bool DebugCommon::readConfigLine(char* line, StreamIndex& index) {
   char* rest = nullptr;
   const char* const first = strtok_r(line, kSeparators, &rest);
   if (first == nullptr || *first == ';') return true;
@@ -63,20 +68,23 @@ bool DebugCommon::readConfigLine(char* line) {
     return true;
   }
   const char* const third = strtok_r(nullptr, kSeparators, &rest);
-  return third == nullptr || setComponent(first, levelMask(second), third);
+  return third == nullptr || setComponent(first, levelMask(second), third, index);
 }
 
-bool DebugCommon::setComponent(const char* component, unsigned int mask, const char* file) {
+bool DebugCommon::setComponent(const char* component, unsigned int mask, const char* file,
+                               StreamIndex& index) {
   ComponentSetting setting;
   setting.levelMask = mask;
   if (mask != 0) setting.fileName = makeLogFileName(m_logPath.c_str(), file);
 
   // The entry comes before the stream, which thereby has an owner at once.
-  ComponentSetting& entry = m_components[component];
-  if (mask != 0) setting.file = addLogFile(setting.fileName);
-  std::swap(entry, setting);
-  closeWhenUnused(setting.file);
-  return mask == 0 || entry.file != nullptr;
+  StreamIndex::Entry& entry = *m_components.try_emplace(component).first;
+  if (mask != 0) setting.file = index.addLogFile(setting.fileName);
+  index.remove(entry);
+  std::swap(entry.second, setting);
+  if (setting.file != entry.second.file && !index.holds(setting.file)) closeUnheld(setting.file);
+  index.add(entry);
+  return mask == 0 || entry.second.file != nullptr;
 }
 
 void DebugCommon::setUpDefault(const char* file) {

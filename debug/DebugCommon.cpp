@@ -34,7 +34,7 @@ int DebugCommon::mCallCount = 0;
 DebugCommon::DebugCommon() = default;
 
 DebugCommon::~DebugCommon() {
-  for (const auto& entry : m_components) closeEverywhere(entry.second.file);
+  closeComponents();
   closeEverywhere(m_defaultSetting.file);
   closeEverywhere(m_ltaFile);
   delete m_internalLog;

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include <trelvo/DebugCommon.h>
 
 #include "debug/LogText.h"
+#include "debug/StreamIndex.h"
 
 namespace trelvo {
 namespace {
@@ -32,7 +34,10 @@ void closeStream(std::FILE* file) {
 std::FILE* DebugCommon::addLogFile(const std::string& name) {
   const auto found = std::find_if(m_components.begin(), m_components.end(),
                                   [&](const auto& entry) { return entry.second.fileName == name; });
-  if (found != m_components.end()) return found->second.file;
+  return found == m_components.end() ? StreamIndex::open(name) : found->second.file;
+}
+
+std::FILE* DebugCommon::StreamIndex::open(const std::string& name) {
   return name == kConsole ? stdout : std::fopen(name.c_str(), "we");
 }
 
@@ -56,23 +61,37 @@ std::string DebugCommon::makeInternalLogFileName() {
 }
 
 bool DebugCommon::isHeld(const std::FILE* file) const {
-  return file == m_defaultSetting.file || file == m_ltaFile ||
-         std::any_of(m_components.begin(), m_components.end(),
+  return std::any_of(m_components.begin(), m_components.end(),
                      [=](const auto& entry) { return entry.second.file == file; });
 }
 
 void DebugCommon::closeWhenUnused(std::FILE* file) {
-  if (file != nullptr && file != stdout && !isHeld(file)) closeStream(file);
+  if (!isHeld(file)) closeUnheld(file);
 }
 
+// No component has it.
+void DebugCommon::closeUnheld(std::FILE* file) {
+  const bool isOwn = file == m_defaultSetting.file || file == m_ltaFile;
+  if (file != nullptr && file != stdout && !isOwn) closeStream(file);
+}
+
+// No component has it, or none will be asked any more.
 void DebugCommon::closeEverywhere(std::FILE* file) {
   if (file == nullptr) return;
-  for (auto& entry : m_components) {
-    if (entry.second.file == file) entry.second.file = nullptr;
-  }
   if (m_defaultSetting.file == file) m_defaultSetting.file = nullptr;
   if (m_ltaFile == file) m_ltaFile = nullptr;
   closeStream(file);
+}
+
+void DebugCommon::closeComponents() {
+  decltype(m_components) closed;
+  while (!m_components.empty()) {
+    auto entry = m_components.extract(m_components.begin());
+    std::FILE* const file = entry.mapped().file;
+    // The stream becomes the key. It is short enough to take no memory.
+    entry.key().assign(reinterpret_cast<const char*>(&file), sizeof file);
+    if (closed.insert(std::move(entry)).inserted) closeEverywhere(file);
+  }
 }
 
 }  // namespace trelvo

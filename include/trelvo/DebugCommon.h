@@ -222,13 +222,17 @@ class TRELVO_EXPORT DebugCommon {
   int m_referenceCount = 0;             ///< Users, as counted by addRef() and removeRef().
 
  private:
+  class [[gnu::visibility("hidden")]] StreamIndex;
+
   bool readConfigFile(const char* name);
-  bool readConfigLine(char* line);
-  bool setComponent(const char* component, unsigned int mask, const char* file);
+  bool readConfigLine(char* line, StreamIndex& index);
+  bool setComponent(const char* component, unsigned int mask, const char* file, StreamIndex& index);
   void setUpDefault(const char* file);
   bool isHeld(const std::FILE* file) const;
   void closeWhenUnused(std::FILE* file);
+  void closeUnheld(std::FILE* file);
   void closeEverywhere(std::FILE* file);
+  void closeComponents();
 };
 
 }  // namespace trelvo

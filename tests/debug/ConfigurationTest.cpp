@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
+
 #include "tests/debug/LogDirectory.h"
 #include "tests/debug/TestPlatform.h"
 
@@ -46,6 +49,24 @@ struct Configured {
 unsigned int maskOf(const std::string& text) {
   const Configured c("core " + text + " /dev/null\n");
   return c.setting("core").levelMask;
+}
+
+/// Processor time for a configuration of `components`, each with a file that cannot be opened.
+double secondsToRead(int components) {
+  std::string text;
+  for (int i = 0; i < components; ++i) {
+    const std::string number = std::to_string(i);
+    text += "c" + number + " 1 missing/" + number + "\n";
+  }
+  const std::clock_t start = std::clock();
+  { EXPECT_FALSE(Configured(text).result); }
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+}
+
+double quickestReading(int components) {
+  double seconds = secondsToRead(components);
+  for (int i = 0; i < 2; ++i) seconds = std::min(seconds, secondsToRead(components));
+  return seconds;
 }
 
 }  // namespace
@@ -395,6 +416,62 @@ TEST(Configuration, SecondReadingKeepsOtherComponentsAndClosesWhatIsReplaced) {
   EXPECT_EQ(c.setting("network").fileName, c.directory.file("b.log"));
   EXPECT_EQ(c.platform.m_defaultSetting.fileName, c.directory.file("trelvo.log"));
   EXPECT_EQ(openDescriptors(), before + 3);
+}
+
+TEST(Configuration, FirstComponentWithTheNameOfAFileGivesTheStream) {
+  Configured c;
+  const std::string name = c.directory.file("a.log");
+  auto& components = c.platform.m_components;
+  components["m"] = {1, std::fopen(name.c_str(), "a"), name};
+  components["k"] = {1, std::fopen(name.c_str(), "a"), name};
+  ASSERT_TRUE(c.read("z 1 a.log\nb 1 a.log\nm 1 a.log\ndefault 1 a.log\n"));
+  EXPECT_EQ(c.setting("z").file, c.setting("k").file);
+  EXPECT_EQ(c.setting("b").file, c.setting("k").file);
+  EXPECT_EQ(c.setting("m").file, c.setting("k").file);
+  EXPECT_EQ(c.platform.m_defaultSetting.file, c.setting("k").file);
+}
+
+TEST(Configuration, FileThatCouldNotBeOpenedForAComponentIsNotTriedForAnother) {
+  Configured c;
+  c.platform.m_components["core"] = {1, nullptr, c.directory.file("a.log")};
+  EXPECT_FALSE(c.read("network 1 a.log\n"));
+  EXPECT_EQ(c.setting("network").file, nullptr);
+  EXPECT_FALSE(c.directory.has("a.log"));
+}
+
+TEST(Configuration, FileThatNoComponentHasAnyMoreIsOpenedAnew) {
+  const std::ptrdiff_t before = openDescriptors();
+  Configured c("core 1 a.log\ncore 1 b.log\nnetwork 1 a.log\nnetwork 0 none\nother 1 a.log\n");
+  EXPECT_TRUE(c.result);
+  EXPECT_EQ(openDescriptors(), before + 3);
+  c.log("core");
+  c.log("other");
+  EXPECT_EQ(c.content("a.log"), logged("other       ", "1\n"));
+  EXPECT_EQ(c.content("b.log"), logged("core        ", "1\n"));
+}
+
+TEST(Configuration, SharedStreamIsClosedWithItsLastComponent) {
+  const std::ptrdiff_t before = openDescriptors();
+  Configured c("core 1 a.log\nnetwork 1 a.log\ncore 1 b.log\n");
+  EXPECT_EQ(openDescriptors(), before + 3);
+  EXPECT_TRUE(c.read("network 1 b.log\n"));
+  EXPECT_EQ(openDescriptors(), before + 2);
+}
+
+TEST(Configuration, StreamOfTheDefaultSettingOutlivesItsComponent) {
+  Configured c("core 1 trelvo.log\n");
+  c.platform.m_ltaFile = c.platform.addLogFile(c.directory.file("lta.xml"));
+  c.platform.m_components["lta"] = {1, c.platform.m_ltaFile, c.directory.file("lta.xml")};
+  EXPECT_TRUE(c.read("core 1 b.log\nlta 1 b.log\n"));
+  c.platform.writeXmlEll("%s", "<log>\n");
+  EXPECT_EQ(c.content("lta.xml"), "<log>\n");
+  EXPECT_EQ(c.content("b.log"), "");
+}
+
+TEST(Configuration, TimeGrowsWithTheNumberOfLinesAndNoFaster) {
+  const double few = quickestReading(2000);
+  const double many = quickestReading(16000);
+  EXPECT_LT(many, 20 * few) << few << " and " << many << " seconds";
 }
 
 TEST(Configuration, ManyComponentsLeaveNothingOpenBehind) {

@@ -11,8 +11,8 @@ using trelvo::test::TestLog;
 using trelvo::test::TestPlatform;
 
 TEST(InternalLog, IsNotFedByTheMainEntry) {
-  Logging logging;
   TestLog::Record record;
+  Logging logging;
   logging.platform.setInternalLog(new TestLog(record));
   logging.platform.writeLogEll(Debug::LogLevelNote, false, "core", "text\n");
   EXPECT_TRUE(record.texts.empty());
