@@ -34,7 +34,8 @@ int DebugCommon::mCallCount = 0;
 DebugCommon::DebugCommon() = default;
 
 DebugCommon::~DebugCommon() {
-  closeComponents();
+  // Once a stream, of which there are only as many as a process may open.
+  for (const auto& entry : m_components) closeEverywhere(entry.second.file);
   closeEverywhere(m_defaultSetting.file);
   closeEverywhere(m_ltaFile);
   delete m_internalLog;

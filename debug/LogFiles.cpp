@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 #include <trelvo/DebugCommon.h>
 
@@ -75,23 +74,14 @@ void DebugCommon::closeUnheld(std::FILE* file) {
   if (file != nullptr && file != stdout && !isOwn) closeStream(file);
 }
 
-// No component has it, or none will be asked any more.
 void DebugCommon::closeEverywhere(std::FILE* file) {
   if (file == nullptr) return;
+  for (auto& entry : m_components) {
+    if (entry.second.file == file) entry.second.file = nullptr;
+  }
   if (m_defaultSetting.file == file) m_defaultSetting.file = nullptr;
   if (m_ltaFile == file) m_ltaFile = nullptr;
   closeStream(file);
-}
-
-void DebugCommon::closeComponents() {
-  decltype(m_components) closed;
-  while (!m_components.empty()) {
-    auto entry = m_components.extract(m_components.begin());
-    std::FILE* const file = entry.mapped().file;
-    // The stream becomes the key. It is short enough to take no memory.
-    entry.key().assign(reinterpret_cast<const char*>(&file), sizeof file);
-    if (closed.insert(std::move(entry)).inserted) closeEverywhere(file);
-  }
 }
 
 }  // namespace trelvo

@@ -232,7 +232,6 @@ class TRELVO_EXPORT DebugCommon {
   void closeWhenUnused(std::FILE* file);
   void closeUnheld(std::FILE* file);
   void closeEverywhere(std::FILE* file);
-  void closeComponents();
 };
 
 }  // namespace trelvo
