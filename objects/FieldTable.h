@@ -325,6 +325,12 @@ struct Embedded {
   static constexpr unsigned int kForwardedBit = 0;
 };
 
+/// Takes a step unless one before it has failed. @return what came of it, or of that one.
+template <class State, class Step>
+State goOn(State state, Step step) {
+  return state ? step() : state;
+}
+
 /// The fields of a record, in wire order. A record may have none.
 template <class MaskForm, class... Rows>
 struct FieldTable {
@@ -337,27 +343,39 @@ struct FieldTable {
       1 + static_cast<unsigned int>(sizeof(typename Mask::Image)) + (Rows::room() + ... + 0U);
   static_assert(kRoom <= WireWriter::kMaxRoom);
 
+  // Like equal() the whole of its one caller.
   template <class Record>
-  static unsigned char* write(const Record& record, [[maybe_unused]] unsigned int mask,
-                              unsigned char* to, WireWriter& writer) {
-    return (((to = Rows::write(record, mask, to, kRoom, writer)) != nullptr) && ...) ? to : nullptr;
+  [[gnu::always_inline]] static unsigned char* write(const Record& record,
+                                                     [[maybe_unused]] unsigned int mask,
+                                                     unsigned char* to, WireWriter& writer) {
+    ((to = goOn(to, [&] { return Rows::write(record, mask, to, kRoom, writer); })), ...);
+    return to;
   }
   template <class Record>
   static bool addSize(const Record& record, [[maybe_unused]] unsigned int mask,
                       unsigned long long& total) {
-    return (Rows::addSize(record, mask, total) && ...);
+    bool good = true;
+    ((good = goOn(good, [&] { return Rows::addSize(record, mask, total); })), ...);
+    return good;
   }
   template <class Record>
   static bool read(Record& record, [[maybe_unused]] unsigned int mask, WireReader& reader) {
-    return (Rows::read(record, mask, reader) && ...);
+    bool good = true;
+    ((good = goOn(good, [&] { return Rows::read(record, mask, reader); })), ...);
+    return good;
   }
   template <class Record>
-  static bool equal(const Record& a, const Record& b, [[maybe_unused]] unsigned int mask) {
-    return (Rows::equal(a, b, mask) && ...);
+  [[gnu::always_inline]] static bool equal(const Record& a, const Record& b,
+                                           [[maybe_unused]] unsigned int mask) {
+    bool good = true;
+    ((good = goOn(good, [&] { return Rows::equal(a, b, mask); })), ...);
+    return good;
   }
   template <class Record>
   static bool clone(const Record& from, Record& to) {
-    return (Rows::clone(from, to) && ...);
+    bool good = true;
+    ((good = goOn(good, [&] { return Rows::clone(from, to); })), ...);
+    return good;
   }
   template <class Record>
   static void release(Record& record, unsigned int mask) {
@@ -372,7 +390,9 @@ struct FieldTable {
   static constexpr unsigned int kForwardedBits = (Rows::kForwardedBit | ... | 0U);
   template <class Record>
   static bool forwardedExist(const Record& record, unsigned int mask) {
-    return (Rows::forwardedExists(record, mask) && ...);
+    bool good = true;
+    ((good = goOn(good, [&] { return Rows::forwardedExists(record, mask); })), ...);
+    return good;
   }
   template <class Record>
   static void unsetForwarded(Record& record, unsigned int mask) {

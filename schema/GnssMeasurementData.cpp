@@ -25,13 +25,27 @@ struct GnssMeasurementData::Fields
 
 namespace {
 
-// One field from one form into the other: when `from` has it, its converted value goes through the
-// setter of `to`. True for a field that is not there.
-template <class From, class To, class Value, class Convert, class Set>
-bool carry(const From& from, unsigned int bit, Value (From::*get)() const, Convert convert, To& to,
-           Status (To::*set)(Set)) {
-  return !from.valueExists(bit) || (to.*set)(convert((from.*get)())) == StatusOk;
-}
+/// Brings fields from one form into the other, up to the first that the other refuses.
+template <class From, class To>
+class Carrier {
+ public:
+  Carrier(const From& from, To& to) : m_from(from), m_to(to) {}
+
+  /// When `from` has the field, its converted value goes through the setter of `to`.
+  template <class Value, class Convert, class Set>
+  Carrier& field(unsigned int bit, Value (From::*get)() const, Convert convert,
+                 Status (To::*set)(Set)) {
+    m_good =
+        m_good && (!m_from.valueExists(bit) || (m_to.*set)(convert((m_from.*get)())) == StatusOk);
+    return *this;
+  }
+  bool good() const { return m_good; }
+
+ private:
+  const From& m_from;
+  To& m_to;
+  bool m_good = true;
+};
 
 double asItIs(double value) { return value; }
 float toSingle(double value) { return static_cast<float>(value); }
@@ -41,43 +55,46 @@ float toSingleRadians(double degrees) { return toSingle(Utility::toRadians(degre
 bool carryPosition(const PositionEstimate& from, Coverage& to) {
   using P = PositionEstimate;
   using C = Coverage;
-  return carry(from, P::HasLatitude, &P::latitude, Utility::latitude, to, &C::setLatitude) &&
-         carry(from, P::HasLongitude, &P::longitude, Utility::longitude, to, &C::setLongitude) &&
-         carry(from, P::HasMajorAxis, &P::majorAxis, toWhole, to, &C::setMajorAxis) &&
-         carry(from, P::HasMinorAxis, &P::minorAxis, toWhole, to, &C::setMinorAxis) &&
-         carry(from, P::HasAngle, &P::angle, toSingleRadians, to, &C::setAngle) &&
-         carry(from, P::HasAltitude, &P::altitude, toSingle, to, &C::setAltitude) &&
-         carry(from, P::HasAltitudeUncertainty, &P::altitudeUncertainty, toSingle, to,
-               &C::setAltitudeUncertainty) &&
-         carry(from, P::HasHorizontalCepUncertainty, &P::horizontalCepUncertainty, toSingle, to,
-               &C::setHorizontalCepUncertainty);
+  return Carrier<P, C>(from, to)
+      .field(P::HasLatitude, &P::latitude, Utility::latitude, &C::setLatitude)
+      .field(P::HasLongitude, &P::longitude, Utility::longitude, &C::setLongitude)
+      .field(P::HasMajorAxis, &P::majorAxis, toWhole, &C::setMajorAxis)
+      .field(P::HasMinorAxis, &P::minorAxis, toWhole, &C::setMinorAxis)
+      .field(P::HasAngle, &P::angle, toSingleRadians, &C::setAngle)
+      .field(P::HasAltitude, &P::altitude, toSingle, &C::setAltitude)
+      .field(P::HasAltitudeUncertainty, &P::altitudeUncertainty, toSingle,
+             &C::setAltitudeUncertainty)
+      .field(P::HasHorizontalCepUncertainty, &P::horizontalCepUncertainty, toSingle,
+             &C::setHorizontalCepUncertainty)
+      .good();
 }
 
 bool carryPosition(const Coverage& from, PositionEstimate& to) {
   using C = Coverage;
   using P = PositionEstimate;
-  return carry(from, C::HasLatitude, &C::latitude, Utility::wgs84Latitude, to, &P::setLatitude) &&
-         carry(from, C::HasLongitude, &C::longitude, Utility::wgs84Longitude, to,
-               &P::setLongitude) &&
-         carry(from, C::HasMajorAxis, &C::majorAxis, asItIs, to, &P::setMajorAxis) &&
-         carry(from, C::HasMinorAxis, &C::minorAxis, asItIs, to, &P::setMinorAxis) &&
-         carry(from, C::HasAngle, &C::angle, Utility::toDegrees, to, &P::setAngle) &&
-         carry(from, C::HasAltitude, &C::altitude, asItIs, to, &P::setAltitude) &&
-         carry(from, C::HasAltitudeUncertainty, &C::altitudeUncertainty, asItIs, to,
-               &P::setAltitudeUncertainty) &&
-         carry(from, C::HasHorizontalCepUncertainty, &C::horizontalCepUncertainty, asItIs, to,
-               &P::setHorizontalCepUncertainty);
+  return Carrier<C, P>(from, to)
+      .field(C::HasLatitude, &C::latitude, Utility::wgs84Latitude, &P::setLatitude)
+      .field(C::HasLongitude, &C::longitude, Utility::wgs84Longitude, &P::setLongitude)
+      .field(C::HasMajorAxis, &C::majorAxis, asItIs, &P::setMajorAxis)
+      .field(C::HasMinorAxis, &C::minorAxis, asItIs, &P::setMinorAxis)
+      .field(C::HasAngle, &C::angle, Utility::toDegrees, &P::setAngle)
+      .field(C::HasAltitude, &C::altitude, asItIs, &P::setAltitude)
+      .field(C::HasAltitudeUncertainty, &C::altitudeUncertainty, asItIs, &P::setAltitudeUncertainty)
+      .field(C::HasHorizontalCepUncertainty, &C::horizontalCepUncertainty, asItIs,
+             &P::setHorizontalCepUncertainty)
+      .good();
 }
 
 // Either way: both classes have the same bits and names for the motion.
 template <class From, class To>
 bool carryMotion(const From& from, To& to) {
-  return carry(from, From::HasSpeed, &From::speed, asItIs, to, &To::setSpeed) &&
-         carry(from, From::HasSpeedUncertainty, &From::speedUncertainty, asItIs, to,
-               &To::setSpeedUncertainty) &&
-         carry(from, From::HasCourse, &From::course, asItIs, to, &To::setCourse) &&
-         carry(from, From::HasCourseUncertainty, &From::courseUncertainty, asItIs, to,
-               &To::setCourseUncertainty);
+  return Carrier<From, To>(from, to)
+      .field(From::HasSpeed, &From::speed, asItIs, &To::setSpeed)
+      .field(From::HasSpeedUncertainty, &From::speedUncertainty, asItIs, &To::setSpeedUncertainty)
+      .field(From::HasCourse, &From::course, asItIs, &To::setCourse)
+      .field(From::HasCourseUncertainty, &From::courseUncertainty, asItIs,
+             &To::setCourseUncertainty)
+      .good();
 }
 
 }  // namespace
