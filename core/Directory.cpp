@@ -33,9 +33,9 @@ bool makeMissing(const std::string& path) {
 // With a separator at its end, a link to a directory would be taken for the directory.
 bool isDirectoryItself(const std::string& path) {
   const std::size_t last = path.find_last_not_of(kSeparator);
+  const std::string bare = path.substr(0, std::max<std::size_t>(last + 1, 1));
   IDirectory::Entry entry;
-  return DirectoryLinux::setEntryDetails(path.substr(0, std::max<std::size_t>(last + 1, 1)).c_str(),
-                                         entry) &&
+  return DirectoryLinux::setEntryDetails(bare.c_str(), entry) &&
          entry.type == IDirectory::EntryDirectory;
 }
 
@@ -54,8 +54,8 @@ bool removeContent(const std::string& path) {
   IDirectory::Entries entries;
   static_cast<void>(directory->getAllEntries(entries));
   return std::all_of(entries.begin(), entries.end(), [&](const IDirectory::Entry& entry) {
-    return isSelfOrParent(entry.name) ||
-           removeEntry(directory->subItemPath(entry.name), entry.type);
+    const std::string item = directory->subItemPath(entry.name);
+    return isSelfOrParent(entry.name) || removeEntry(item, entry.type);
   });
 }
 
@@ -72,8 +72,10 @@ gom::SharedPointer<IFile> Directory::createFile(const std::string& path, unsigne
 }
 
 gom::SharedPointer<IDirectory> Directory::open(const std::string& path) {
-  return pathExists(path) ? gom::SharedPointer<IDirectory>(gom::makeObject<DirectoryLinux>(path))
-                          : gom::SharedPointer<IDirectory>();
+  if (!pathExists(path)) {
+    return {};
+  }
+  return gom::makeObject<DirectoryLinux>(path);
 }
 
 std::string Directory::currentDir() { return DirectoryLinux::currentDir(); }
@@ -121,8 +123,10 @@ const char* Directory::findFileName(const std::string& path, unsigned int& lengt
 }
 
 void Directory::getPreinstalledFilesPath(std::string& out) {
-  out = m_preinstalledFilesPath.empty() ? concat(currentDir(), "preinstalled")
-                                        : m_preinstalledFilesPath;
+  out = m_preinstalledFilesPath;
+  if (out.empty()) {
+    out = concat(currentDir(), "preinstalled");
+  }
 }
 
 void Directory::getDefaultStoragePath(std::string& out, bool& secure) {

@@ -43,7 +43,7 @@ Status runRsa(const RsaOperation& operation, EVP_PKEY* key, const ReadOnlyBuffer
       operation.run(context.get(), block.data(), &produced, input.data(), input.size()) != 1) {
     return StatusFailed;
   }
-  return appendOutput(output, block.data(), produced);
+  return appendOutput(output, block.data(), static_cast<unsigned int>(produced));
 }
 
 bool missing(const ReadOnlyBuffer& input) noexcept {

@@ -1,7 +1,6 @@
 #include "crypto/EvpContext.h"
 
 #include <algorithm>
-#include <limits>
 #include <new>
 
 namespace trelvo {
@@ -46,12 +45,9 @@ bool passThroughCipher(EVP_CIPHER_CTX* context, unsigned char* output, std::size
   return true;
 }
 
-Status appendOutput(Buffer& output, const unsigned char* bytes, std::size_t count) noexcept {
-  if (count > std::numeric_limits<unsigned int>::max()) {
-    return StatusOutOfMemory;
-  }
+Status appendOutput(Buffer& output, const unsigned char* bytes, unsigned int count) noexcept {
   try {
-    output.append(bytes, static_cast<unsigned int>(count));
+    output.append(bytes, count);
   } catch (const std::bad_alloc&) {
     return StatusOutOfMemory;
   }

@@ -42,7 +42,7 @@ bool passThroughCipher(EVP_CIPHER_CTX* context, unsigned char* output, std::size
 
 /// Appends what came out of OpenSSL. @return StatusOk, or StatusOutOfMemory with `output` as it
 /// was.
-Status appendOutput(Buffer& output, const unsigned char* bytes, std::size_t count) noexcept;
+Status appendOutput(Buffer& output, const unsigned char* bytes, unsigned int count) noexcept;
 
 /// Leaves this thread's error queue as it found it: what happens while it lives is forgotten.
 class ErrorQueueGuard {

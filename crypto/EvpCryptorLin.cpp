@@ -58,7 +58,7 @@ Status passByCopy(Buffer& output, unsigned int room, EVP_CIPHER_CTX* context,
   if (!passThroughCipher(context, bytes.data(), produced, input, length)) {
     return StatusFailed;
   }
-  return appendOutput(output, bytes.data(), produced);
+  return appendOutput(output, bytes.data(), static_cast<unsigned int>(produced));
 }
 
 }  // namespace
@@ -135,7 +135,7 @@ Status EvpCryptorLin::passLast(Buffer& output) {
   if (EVP_CipherFinal_ex(m_context, bytes.data(), &produced) != 1) {
     return StatusFailed;
   }
-  return appendOutput(output, bytes.data(), static_cast<std::size_t>(produced));
+  return appendOutput(output, bytes.data(), static_cast<unsigned int>(produced));
 }
 
 }  // namespace trelvo

@@ -245,13 +245,11 @@ Status HTTPRequest::doDownload() {
   }
 }
 
-Status HTTPRequest::finishDecryption() try {
+Status HTTPRequest::finishDecryption() {
   WipedBuffer last;
   const Status status = m_decryptor->finish(last);
   store(last.data(), last.size());
   return status;
-} catch (const std::bad_alloc&) {
-  return StatusOutOfMemory;
 }
 
 bool HTTPRequest::lengthDiffers() const {
@@ -264,7 +262,8 @@ Status HTTPRequest::checkBody(unsigned long long& bytes) const {
   return crcDiffers || lengthDiffers() ? StatusChecksumMismatch : StatusOk;
 }
 
-bool HTTPRequest::takeBlock(const unsigned char* data, unsigned int length) try {
+// Nothing here throws: the decryptor gives a status.
+bool HTTPRequest::takeBlock(const unsigned char* data, unsigned int length) {
   if (!m_decryptor) {
     store(data, length);
     return true;
@@ -275,8 +274,6 @@ bool HTTPRequest::takeBlock(const unsigned char* data, unsigned int length) try 
   }
   store(plain.data(), plain.size());
   return true;
-} catch (const std::bad_alloc&) {
-  return false;
 }
 
 void HTTPRequest::store(const unsigned char* data, unsigned int length) {

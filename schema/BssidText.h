@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -12,7 +13,7 @@ using BssidText = std::array<char, 25>;
 inline BssidText bssidText(const unsigned char* bytes, unsigned int length) {
   BssidText text{};
   unsigned int end = 0;
-  for (unsigned int i = 0; i < length && i < 8; ++i) {
+  for (unsigned int i = 0; i < std::min(length, 8U); ++i) {
     const char* const separator = i + 1 < length ? ":" : "";
     const int written =
         std::snprintf(&text[end], text.size() - end, "%02X%s", unsigned{bytes[i]}, separator);

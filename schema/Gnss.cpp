@@ -68,7 +68,10 @@ gom::SharedPointer<GnssMeasurementData> GnssMeasurement::measurementData() const
 }
 
 Status GnssMeasurement::setMeasurementData(const gom::SharedPointer<GnssMeasurementData>& data) {
-  return m_object ? setRecordProperty(*this, kGnssData, data, "measurementData") : StatusFailed;
+  if (!m_object) {
+    return StatusFailed;
+  }
+  return setRecordProperty(*this, kGnssData, data, "measurementData");
 }
 
 struct GnssInjection::Properties
@@ -125,7 +128,10 @@ gom::SharedPointer<GnssMeasurementData> GnssInjection::gnssMeasurementData() con
 }
 
 Status GnssInjection::setGnssMeasurementData(const gom::SharedPointer<GnssMeasurementData>& data) {
-  return m_object ? setRecordProperty(*this, kGnssData, data, "gnssMeasurementData") : StatusFailed;
+  if (!m_object) {
+    return StatusFailed;
+  }
+  return setRecordProperty(*this, kGnssData, data, "gnssMeasurementData");
 }
 
 }  // namespace trelvo::schema

@@ -68,8 +68,10 @@ gom::SharedPointer<WlanApMeasurement> WlanMeasurement::wlanApMeasurement() const
 
 Status WlanMeasurement::setWlanApMeasurement(
     const gom::SharedPointer<WlanApMeasurement>& wlanApMeasurement) {
-  return m_object ? setRecordProperty(*this, kApMeasurement, wlanApMeasurement, "wlanApMeasurement")
-                  : StatusFailed;
+  if (!m_object) {
+    return StatusFailed;
+  }
+  return setRecordProperty(*this, kApMeasurement, wlanApMeasurement, "wlanApMeasurement");
 }
 
 struct WlanInjection::Properties

@@ -133,8 +133,6 @@ Status DirectoryLinux::loadEntries(Entries& entries, const std::string& prefix) 
     return readListing(listing.get(), m_path + kSeparator, prefix, entries);
   } catch (const std::bad_alloc&) {
     return StatusOutOfMemory;
-  } catch (...) {
-    return StatusFailed;
   }
 }
 

@@ -48,9 +48,7 @@ LinTimer::~LinTimer() {
   if (m_timerFd == 0) {
     return;
   }
-  if (m_linDispatcher != nullptr) {
-    m_linDispatcher->detachPollSink({m_timerFd, POLLIN, 0});
-  }
+  m_linDispatcher->detachPollSink({m_timerFd, POLLIN, 0});
   close(m_timerFd);
   m_timerFd = 0;
 }
@@ -108,7 +106,7 @@ bool LinTimer::stopTimer() {
   m_active = false;
   m_delay = 0;
   m_period = 0;
-  return m_timerFd != 0 && startTimer({});
+  return startTimer({});
 }
 
 long long LinTimer::delay() const { return m_delay; }

@@ -86,11 +86,11 @@ class TRELVO_EXPORT GenericObjectWrapper : public gom::ReferenceCountable,
   template <class T>
   gom::SharedPointer<T> getObjectProperty(unsigned short key) const {
     const gom::SharedPointer<gom::ObjectBase> record = recordProperty(key);
-    gom::ObjectBase* const base = record.get();
-    if (base != nullptr && typeid(*base) == typeid(T)) {
-      return static_cast<T*>(base);
+    if (!record) {
+      return {};
     }
-    return dynamic_cast<T*>(base);
+    gom::ObjectBase& base = *record;
+    return typeid(base) == typeid(T) ? &static_cast<T&>(base) : dynamic_cast<T*>(&base);
   }
 
  protected:
