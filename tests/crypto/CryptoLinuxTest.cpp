@@ -185,6 +185,27 @@ TEST(CryptoLinux, DecryptsTheCbcVectorOfNist) {
   EXPECT_EQ(result.content(), nistPlain());
 }
 
+/// Has no decryptors.
+class WithoutDecryptors : public CryptoLinux {
+ public:
+  crypto::ICryptor* create_decryptor(const crypto::Cryptor& /*cryptor*/) override {
+    return nullptr;
+  }
+};
+
+TEST(CryptoLinux, DecryptsByItsDecryptorOnly) {
+  WithoutDecryptors cryptography;
+  const Bytes key = aesKey();
+  const Bytes block(16, 1);
+  unsigned char* result = nullptr;
+  unsigned long length = 77;
+  EXPECT_EQ(
+      cryptography.decryptAes(block.data(), 16, key.data(), 16, key.data(), 16, result, length),
+      StatusFailed);
+  EXPECT_EQ(result, nullptr);
+  EXPECT_EQ(length, 77U);
+}
+
 TEST(CryptoLinux, PadsAPartOfABlockToAWholeOne) {
   Result result;
   encryptAes(opened(), bytes("6b"), aesKey(), cbcIv(), result);

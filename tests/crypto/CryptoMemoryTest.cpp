@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <new>
+#include <optional>
 #include <string>
 
 #include <trelvo/CryptoLinux.h>
@@ -124,6 +125,32 @@ TEST(CryptoMemory, ACryptorAppendsAllOrNothing) {
               expectAllOrNothing(cryptor->add_chunk(view(block), output), output, secret);
               Buffer last;
               expectAllOrNothing(cryptor->finish(last), last, nothing);
+            }),
+            2U);
+}
+
+// The output's block is full, so that what comes out takes another way there.
+TEST(CryptoMemory, ACryptorAppendsAllOrNothingToAFullBlockToo) {
+  const gom::SharedPointer<crypto::ICryptor> cryptor(opened()->create_encryptor({1, 128, 2, 0, 1}));
+  const Bytes counter = bytes("f0f1f2f3f4f5f6f7f8f9fafbfcfdfeff");
+  const Bytes block = test::head(kPlain, 16);
+  const Bytes secret = bytes("874d6191b620e3261bef6864990db6ce");  // NIST SP 800-38A, F.5.1
+  const Bytes before(1024, 0x77);
+  Bytes both = before;
+  both.insert(both.end(), secret.begin(), secret.end());
+  EXPECT_EQ(everyAllocationFails([&] {
+              std::optional<Buffer> output;
+              {
+                const AllocationsSucceed preparing;
+                output.emplace(512U);
+                output->fill(0x77, 1024);
+                ASSERT_EQ(cryptor->start({view(kKey), view(counter)}), StatusOk);
+              }
+              const Status status = cryptor->add_chunk(view(block), *output);
+              const AllocationsSucceed checking;
+              EXPECT_TRUE(status == StatusOk || status == StatusOutOfMemory) << status;
+              EXPECT_EQ(contentOf(*output), status == StatusOk ? both : before);
+              output.reset();
             }),
             2U);
 }

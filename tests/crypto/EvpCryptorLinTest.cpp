@@ -252,6 +252,16 @@ TEST(EvpCryptorLin, AddChunkGrowsAFullBuffer) {
   EXPECT_EQ(contentOf(output), joined({Bytes(500, 7), nistCtr()}));
 }
 
+TEST(EvpCryptorLin, WhatCannotStandInOneBufferIsRefusedUnread) {
+  const Cryptor cryptor = encryptor(kCbc);
+  ASSERT_EQ(start(cryptor, aesKey(), cbcIv()), StatusOk);
+  const unsigned char one = 1;
+  Buffer output;
+  EXPECT_EQ(cryptor->add_chunk(ReadOnlyBuffer(&one, 0xFFFFFFF0U), output), StatusOutOfMemory);
+  EXPECT_EQ(cryptor->add_chunk(ReadOnlyBuffer(&one, 0xFFFFFFFFU), output), StatusOutOfMemory);
+  EXPECT_EQ(output.size(), 0U);
+}
+
 TEST(EvpCryptorLin, NothingToReadIsAnInvalidParameter) {
   const Cryptor cryptor = encryptor(kCbc);
   ASSERT_EQ(start(cryptor, aesKey(), cbcIv()), StatusOk);

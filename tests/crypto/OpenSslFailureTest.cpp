@@ -153,6 +153,34 @@ TEST(OpenSslFailure, EncryptsAndDecryptsAllOrNothing) {
   EXPECT_GT(calls, 4);
 }
 
+// Into an empty buffer, and behind what fills its block.
+TEST(OpenSslFailure, ACryptorAppendsAllOrNothing) {
+  const Cryptography cryptography = opened();
+  const Bytes key = aesKey();
+  const Bytes counter(16, 0xF0);
+  const Bytes plain = nistPlain();
+  for (const unsigned int size : {0U, 1024U}) {
+    const Bytes before(size, 0x77);
+    const int calls = withEachCallFailing([&] {
+      gom::SharedPointer<crypto::ICryptor> cryptor;
+      try {
+        cryptor =
+            gom::SharedPointer<crypto::ICryptor>(cryptography->create_encryptor({1, 128, 2, 0, 1}));
+      } catch (const std::bad_alloc&) {
+        return false;
+      }
+      Buffer output;
+      output.fill(0x77, size);
+      const bool well = cryptor->start({view(key), view(counter)}) == StatusOk &&
+                        cryptor->add_chunk(view(plain), output) == StatusOk;
+      EXPECT_EQ(output.size(), well ? size + plain.size() : size);
+      EXPECT_EQ(head(contentOf(output), size), before);
+      return well;
+    });
+    EXPECT_EQ(calls, 3) << "the context, the start, the block";
+  }
+}
+
 TEST(OpenSslFailure, MakesAllRandomBytesOrNone) {
   const Cryptography cryptography = opened();
   const int calls = withEachCallFailing([&] {

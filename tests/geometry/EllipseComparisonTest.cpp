@@ -178,6 +178,15 @@ TEST(Utility, BoxesThatShareOnlyAnEdgeDoNotIntersect) {
   }
 }
 
+TEST(Utility, ABoxThatRoundsToALineMeetsNothing) {
+  for (const ShapeMatrix& line : {ShapeMatrix(1e-40, 0.0, 1e40), ShapeMatrix(1e40, 0.0, 1e-40)}) {
+    EXPECT_FALSE(Utility::intersect({0.0, 0.0}, kUnit, {0.5, 0.5}, line));
+    EXPECT_FALSE(Utility::intersect({0.5, 0.5}, line, {0.0, 0.0}, kUnit));
+  }
+  const ShapeMatrix thin(1e-20, 0.0, 1e20);
+  EXPECT_TRUE(Utility::intersect({0.0, 0.0}, kUnit, {0.5, 0.5}, thin));
+}
+
 TEST(Utility, BoxesMustOverlapBothWays) {
   EXPECT_FALSE(Utility::intersect({0.0, 0.0}, kUnit, {0.0, 3.0}, kUnit));
   EXPECT_FALSE(Utility::intersect({0.0, 0.0}, kUnit, {3.0, 0.0}, kUnit));

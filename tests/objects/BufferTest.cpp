@@ -333,6 +333,18 @@ TEST(Buffer, FillAppendsOneByteManyTimes) {
   EXPECT_EQ(contentOf(buffer)[602], 0U);
 }
 
+TEST(Buffer, FilledWithNothingStaysAsItIsAndIsReadFromItsStart) {
+  Buffer buffer;
+  buffer.fill(0xAB, 0);
+  EXPECT_EQ(buffer.size(), 0U);
+  append(buffer, bytes("01 02"));
+  ASSERT_EQ(buffer.setReadPosition(1), StatusOk);
+  buffer.fill(0xAB, 0);
+  EXPECT_EQ(contentOf(buffer), bytes("01 02"));
+  EXPECT_EQ(buffer.writePosition(), 2U);
+  EXPECT_EQ(buffer.readPosition(), 0U);
+}
+
 TEST(Buffer, RefusesTheWritePositionAtItsEnd) {
   Buffer buffer;
   EXPECT_EQ(buffer.setWritePosition(0), StatusInvalidParameter);

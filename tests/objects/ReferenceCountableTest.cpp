@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "Counted.h"
+#include "tests/support/AllocationFailure.h"
 
 namespace trelvo::gom {
 namespace {
@@ -100,6 +101,17 @@ TEST(ReferenceCountable, OverAlignedClassesGetTheirAlignment) {
   }
 }
 
+// By the form of delete that compilers leave alone where there is one without a size.
+TEST(ReferenceCountable, TakesAnOverAlignedBlockBackWithItsSizeToo) {
+  constexpr std::align_val_t kAlignment{alignof(Aligned)};
+  const test::Allocations counted = test::allocationsOf([kAlignment] {
+    void* const block = Aligned::operator new(sizeof(Aligned), kAlignment);
+    Aligned::operator delete(block, sizeof(Aligned), kAlignment);
+  });
+  EXPECT_EQ(counted.calls, 1U);
+  EXPECT_EQ(counted.leaked, 0);
+}
+
 class Refusing : public ReferenceCountable {
  public:
   Refusing() { throw 7; }
@@ -108,6 +120,11 @@ class Refusing : public ReferenceCountable {
 TEST(ReferenceCountable, AConstructorThatThrowsGivesTheMemoryBack) {
   EXPECT_THROW(SharedPointer<Refusing>(new Refusing), int);
   EXPECT_THROW(SharedPointer<Refusing>(new (std::nothrow) Refusing), int);
+}
+
+TEST(ReferenceCountable, AConstructorThatThrowsLeavesAGivenPlaceToItsOwner) {
+  alignas(Refusing) unsigned char place[sizeof(Refusing)];
+  EXPECT_THROW(new (place) Refusing, int);
 }
 
 class alignas(128) RefusingAligned : public Refusing {};

@@ -168,6 +168,27 @@ TEST(LongForm, OfARecordWhosePartRefusesIsRefused) {
   }
 }
 
+// Where no room is to be had for what was gathered either, that one failure is told.
+TEST(LongForm, ThrowsBadAllocWhenMemoryRunsOut) {
+  const Bytes content = bytes("01 00 00 00 00 00");
+  const List list = ValueCollection::create();
+  for (int i = 0; i < 1000; ++i) {
+    add(list, objectOf(content));
+  }
+  const Bytes form = listForm(1000, content);
+  everyAllocationFails([&] {
+    try {
+      BufferStream stream;
+      const bool done = list->write(stream);
+      const AllocationsSucceed checking;
+      EXPECT_TRUE(done);
+      EXPECT_EQ(contentOf(stream), form);
+    } catch (const std::bad_alloc&) {
+      return;
+    }
+  });
+}
+
 /// A variant that writes itself in its own way, so that nobody knows how long it is.
 class LoudVariant : public Variant {
  public:
@@ -177,14 +198,14 @@ class LoudVariant : public Variant {
 TEST(LongForm, ThatHoldsTheUnknownGrowsAsItGoes) {
   const Bytes content = bytes("01 00 00 00 00 00");
   const List list = ValueCollection::create();
-  for (int i = 0; i < 400; ++i) {
+  for (int i = 0; i < 1000; ++i) {
     add(list, objectOf(content));
   }
   ASSERT_EQ(list->add(new LoudVariant), StatusOk);
   const Object object = GenericObject::create(5);
   ASSERT_EQ(object->setCollectionProperty(1, list), StatusOk);
-  Bytes form = joined({bytes("05 00 01 00 00 00 0f 00 01 00"), listForm(400, content), {'!'}});
-  form[10] = 0x91;  // 401 elements
+  Bytes form = joined({bytes("05 00 01 00 00 00 0f 00 01 00"), listForm(1000, content), {'!'}});
+  form[10] = 0xE9;  // 1001 elements
   EXPECT_EQ(written(*object), form);
   EXPECT_EQ(writtenToForeign(*object), form);
 }

@@ -228,6 +228,8 @@ TYPED_TEST(EveryServingCellInjection, IsSafeToUseAfterAnAssignmentRanOutOfMemory
     EXPECT_FALSE(target->neighborCellInjectionCollection());
     EXPECT_EQ(target->setTimeStamp(1), StatusFailed);
     EXPECT_EQ(target->setDn(TypeParam::Dn::create()), StatusFailed);
+    EXPECT_EQ(target->setNeighborCellInjectionCollection(gom::ValueCollection::create()),
+              StatusFailed);
     EXPECT_EQ(target->addNeighborCellInjection(GenericObject::create(TypeParam::kNeighborKey)),
               StatusFailed);
     EXPECT_FALSE(target->valueExists(0x02));
@@ -320,6 +322,13 @@ TYPED_TEST(EveryNeighborCellInjection, ShowsTheOthersObjectAfterAssignment) {
   const auto other = TypeParam::NeighborInjection::create();
   *this->injection = *other;
   EXPECT_EQ(this->injection->wrappedObject(), other->wrappedObject());
+}
+
+TYPED_TEST(EveryNeighborCellInjection, KeepsItsObjectWhenAssignedToItself) {
+  const SharedPointer<GenericObject> object = this->injection->wrappedObject();
+  const typename TypeParam::NeighborInjection& itself = *this->injection;
+  *this->injection = itself;
+  EXPECT_EQ(this->injection->wrappedObject(), object);
 }
 
 TYPED_TEST(EveryNeighborCellInjection, SharesTheObjectWithItsCopy) {
