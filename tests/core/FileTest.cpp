@@ -52,6 +52,24 @@ class TwentyLetters : public ::testing::Test {
   Handle m_file;
 };
 
+/// Loses its place after the first look at it, which all ones tell.
+class Lost : public File {
+ public:
+  explicit Lost(FILE* stream) : File(stream, FlagReadable | FlagSeekable) {}
+  unsigned int offset() const override { return m_looked++ == 0 ? File::offset() : ~0U; }
+
+ private:
+  mutable int m_looked = 0;
+};
+
+TEST_F(TwentyLetters, HaveNoSizeWhereTheEndHasNoPosition) {
+  Lost file(std::fopen(m_path.c_str(), "rb"));
+  unsigned int size = 77;
+  EXPECT_FALSE(file.getSize(size));
+  EXPECT_EQ(size, 77U);
+  EXPECT_EQ(get(*m_file, 3), "abc");
+}
+
 TEST(IFile, IsCountedAndAStream) {
   static_assert(std::is_base_of_v<gom::ReferenceCountable, IFile>);
   static_assert(std::is_base_of_v<IStream, IFile>);

@@ -190,6 +190,68 @@ TEST_F(LinGlibDispatcher, WhatIsAttachedAndDetachedBetweenNestedTurnsHoldsAfterT
   dispatcher->detachPollSink(channels[2].descriptor());
 }
 
+TEST_F(LinGlibDispatcher, ADescriptorMayComeAndGoTwiceInACallAndItsNestedTurn) {
+  const Channel channel;
+  int events = 0;
+  Sink sink([&](const pollfd&) { events += channel.answer() ? 1 : 0; });
+  std::function<void()> nest = [&] {
+    for (int i = 0; i < 2; ++i) {
+      EXPECT_TRUE(dispatcher->attachPollSink(channel.descriptor(), &sink));
+      dispatcher->detachPollSink(channel.descriptor());
+    }
+    channel.ring();
+    EXPECT_EQ(dispatcher->sleep(0), 0);
+  };
+  dispatcher->queueAsyncCall(test::run, &nest);
+  EXPECT_EQ(dispatcher->sleep(-1), 1);
+  EXPECT_EQ(dispatcher->sleep(0), 0);
+  EXPECT_EQ(events, 0);
+}
+
+// GLib polls no negative descriptor.
+TEST_F(LinGlibDispatcher, ANegativeDescriptorMayBeAttachedAndDetached) {
+  Sink sink([](const pollfd&) { FAIL(); });
+  EXPECT_TRUE(dispatcher->attachPollSink({-5, POLLIN, 0}, &sink));
+  EXPECT_EQ(dispatcher->sleep(0), 0);
+  dispatcher->detachPollSink({-5, POLLIN, 0});
+  EXPECT_TRUE(dispatcher->attachPollSink({-5, POLLIN, 0}, &sink)) << "it was detached";
+  dispatcher->detachPollSink({-5, POLLIN, 0});
+}
+
+// GLib may have chosen to dispatch a source just before another thread ended its dispatcher.
+TEST(LinGlibAsyncCallDispatcher, ItsSourceIsServedByNobodyWhenItHasGone) {
+  Dispatcher dispatcher = openGlib();
+  GSource* source = nullptr;
+  for (guint id = 1; source == nullptr && id < 100000; ++id) {
+    GSource* const candidate = g_main_context_find_source_by_id(nullptr, id);
+    source = candidate != nullptr && g_source_get_can_recurse(candidate) ? candidate : nullptr;
+  }
+  ASSERT_NE(source, nullptr);
+  g_source_ref(source);
+  EXPECT_TRUE(dispatcher->queueAsyncCall(countUp, nullptr));
+  dispatcher.clear();
+  EXPECT_TRUE(g_source_is_destroyed(source));
+  gint timeout = -7;
+  EXPECT_FALSE(source->source_funcs->prepare(source, &timeout));
+  EXPECT_EQ(timeout, -7);
+  EXPECT_FALSE(source->source_funcs->check(source));
+  EXPECT_FALSE(source->source_funcs->dispatch(source, nullptr, nullptr));
+  g_source_unref(source);
+}
+
+// Its memory is there, but it never joined GLib's context.
+TEST(LinGlibAsyncCallDispatcher, ThatWasNotInitialisedKeepsTimeAndServesNothing) {
+  onFreshThread([] {
+    LinGlibAsyncCallDispatcher dispatcher;
+    const Channel channel;
+    Sink sink([](const pollfd&) { FAIL(); });
+    EXPECT_TRUE(dispatcher.attachPollSink(channel.descriptor(), &sink));
+    channel.ring();
+    EXPECT_EQ(dispatcher.sleep(0), 0);
+    dispatcher.detachPollSink(channel.descriptor());
+  });
+}
+
 TEST(LinGlibAsyncCallDispatcher, RunsOnTheThreadThatRunsTheContext) {
   const Dispatcher here = openGlib();
   std::thread::id ran;

@@ -318,6 +318,44 @@ TEST(LinTimer, WithoutADescriptorItTellsTheTimeProviderOfItsEndAllTheSame) {
   ITime::setTimeProvider(nullptr);
 }
 
+/// Objects to the end of every timer.
+class Refusing : public LinTimeProvider {
+ public:
+  void unregisterTimer(ITimer* /*timer*/) override { throw StatusFailed; }
+};
+
+TEST(LinTimer, EndsThoughTheTimeProviderObjects) {
+  onFreshThread([] {
+    const Dispatcher dispatcher = pollThread();
+    const std::ptrdiff_t before = test::openDescriptors();
+    ITime::setTimeProvider(new Refusing);
+    Observer observer;
+    {
+      const gom::SharedPointer<ITimer> timer = ITimer::create(&observer);
+      ASSERT_TRUE(timer);
+      EXPECT_EQ(timer->start(1LL, 0ULL, 0), StatusOk);
+    }
+    ITime::setTimeProvider(nullptr);
+    EXPECT_EQ(test::openDescriptors(), before);
+    EXPECT_EQ(dispatcher->sleep(20), 2);
+    EXPECT_EQ(observer.events, 0);
+  });
+}
+
+TEST(LinTimer, OnTheStackIsNotEndedByItsOwnEvent) {
+  onFreshThread([] {
+    const Dispatcher dispatcher = pollThread();
+    Observer observer;
+    LinTimer timer(&observer);
+    ASSERT_TRUE(timer.init());
+    EXPECT_EQ(timer.start(1LL, 0ULL, 0), StatusOk);
+    EXPECT_EQ(dispatcher->sleep(kLongMs), 1);
+    EXPECT_EQ(observer.events, 1);
+    EXPECT_EQ(timer.referenceCount(), 0);
+    EXPECT_EQ(timer.stop(), StatusOk);
+  });
+}
+
 TEST(LinTimer, WithoutAnObserverThereIsNone) {
   EXPECT_FALSE(ITimer::create(nullptr));
   onFreshThread([] {

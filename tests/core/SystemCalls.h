@@ -40,7 +40,7 @@ enum class SystemCall {
 constexpr int kSystemCalls = static_cast<int>(SystemCall::TryJoin) + 1;
 
 /// While it lives, this thread gets `result` from `call`, which is not made (a pthread is joined
-/// all the same). Each time, `meanwhile` happens before.
+/// all the same, and one that was to be killed is). Each time, `meanwhile` happens before.
 class Answered {
  public:
   Answered(

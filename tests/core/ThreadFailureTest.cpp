@@ -90,6 +90,19 @@ TEST_F(LinThreadFailure, AWaitThatFailsIsTrueWithoutAJoin) {
   EXPECT_EQ(callsOf(SystemCall::Join), 1);
 }
 
+TEST_F(LinThreadFailure, AResumeThatFailsCanBeTriedAgain) {
+  CountingObserver observer;
+  const auto thread = IThread::create(&observer, true);
+  {
+    const Answered refused(SystemCall::CondBroadcast, EINVAL);
+    EXPECT_FALSE(thread->resume());
+  }
+  EXPECT_EQ(observer.calls, 0);
+  EXPECT_TRUE(thread->resume());
+  EXPECT_TRUE(thread->wait());
+  EXPECT_EQ(observer.calls, 1);
+}
+
 TEST_F(LinThreadFailure, ATryWaitThatFailsReports0) {
   CountingObserver observer;
   const auto thread = IThread::create(&observer, true);
@@ -145,6 +158,20 @@ TEST_F(LinThreadFailure, DestroyedWhenItCannotWaitIsJoined) {
   EXPECT_TRUE(observer.hasLeft());
   EXPECT_EQ(callsOf(SystemCall::Join), 1);
   EXPECT_EQ(callsOf(SystemCall::Kill), 0);
+}
+
+TEST_F(LinThreadFailure, DestroyedWhileItsBodyGoesOnAndOnIsKilled) {
+  HeldObserver observer;
+  auto thread = IThread::create(&observer, false);
+  observer.waitUntilEntered();
+  {
+    const Answered patienceRanOut(SystemCall::CondTimedwait, ETIMEDOUT);
+    const Answered killed(SystemCall::Kill, 0, [&] { observer.release(); });
+    thread.clear();
+  }
+  EXPECT_EQ(callsOf(SystemCall::TryJoin), 1);
+  EXPECT_EQ(callsOf(SystemCall::Kill), 1);
+  EXPECT_EQ(callsOf(SystemCall::Join), 0);
 }
 
 struct Schedule {

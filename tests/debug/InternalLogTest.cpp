@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cwchar>
+
 #include "tests/debug/Logging.h"
 
 using trelvo::Debug;
@@ -29,6 +31,16 @@ TEST(InternalLog, FormHasTheSameLine) {
   EXPECT_EQ(record.texts,
             std::vector<std::string>({"noon 1 core         >< text 7\n", "more 8\n"}));
   EXPECT_EQ(platform.m_internalLogLines, 2U);
+}
+
+TEST(InternalLog, FormEndsBehindTheHeadWhereTheTextCannotBeExpressed) {
+  TestPlatform platform;
+  TestLog::Record record;
+  TestLog log(record);
+  const wint_t notAscii = 0x3B1;  // in the locale that programs start with
+  platform.logLine(&log, false, "noon", "core", "><", "%lc\n", notAscii);
+  platform.logLine(&log, true, "noon", "core", "><", "%lc\n", notAscii);
+  EXPECT_EQ(record.texts, std::vector<std::string>({"noon 1 core         >< ", ""}));
 }
 
 TEST(InternalLog, FormCutsAt255Bytes) {

@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -312,6 +313,13 @@ TEST_F(HTTPConnections, MaskZeroAsksNobody) {
 
 TEST_F(HTTPConnections, AnAllowedOneIsMonitored) {
   EXPECT_EQ(available(1), StatusOk);
+  EXPECT_THAT(manager.calls, ElementsAre("get", "start", "stop"));
+}
+
+TEST_F(HTTPConnections, AManagerThatRunsOutOfMemoryFailsTheRequestThatWasAnswered) {
+  manager.onStop = [] { throw std::bad_alloc(); };
+  EXPECT_EQ(available(1), StatusOutOfMemory);
+  manager.onStop = nullptr;
   EXPECT_THAT(manager.calls, ElementsAre("get", "start", "stop"));
 }
 

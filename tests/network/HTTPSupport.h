@@ -48,6 +48,9 @@ class ScriptedManager : public network::IConnectionManager {
   }
   void stopMonitorUsedConnection(network::ConnectionInfoContainer& connections) override {
     calls.emplace_back("stop");
+    if (onStop) {
+      onStop();
+    }
     for (const ConnectionInfo& info : used) {
       connections.add(info);
     }
@@ -68,6 +71,7 @@ class ScriptedManager : public network::IConnectionManager {
   Status getStatus = StatusOk;
   Status startStatus = StatusOk;
   std::function<void()> onStart;  ///< Runs inside of a request, before its transfer.
+  std::function<void()> onStop;   ///< The same, behind it.
   std::vector<std::string> proxyUris;
   ProxyInfo asked;  ///< The record as getProxy() got it.
   ProxyInfo proxy;

@@ -400,6 +400,30 @@ TEST_F(NetworkAdaptationUbuntuTest, APlatformThatThrowsRefusesTheSubscription) {
   EXPECT_THAT(observer.take(), ElementsAre("established wifi"));
 }
 
+/// Answers once, and then no more.
+class Mute : public test::ScriptedManager {
+ public:
+  const ::core::Property<test::State>& state() const override {
+    if (m_asked++ != 0) throw std::runtime_error("no answer");
+    return ScriptedManager::state();
+  }
+
+ private:
+  mutable int m_asked = 0;
+};
+
+TEST_F(NetworkAdaptationUbuntuTest, APlatformThatDoesNotAnswerRefusesTheSubscriptionAndIsLeft) {
+  const auto mute = std::make_shared<Mute>();
+  platform.manager = mute;
+  EXPECT_EQ(adaptation->subscribe(observer), StatusFailed);
+  EXPECT_THAT(observer.take(), IsEmpty());
+  EXPECT_EQ(mute.use_count(), 2) << "the platform's and this one";
+  platform.manager = std::make_shared<test::ScriptedManager>();
+  set(70, 1);
+  EXPECT_EQ(adaptation->subscribe(observer), StatusOk);
+  EXPECT_THAT(observer.take(), ElementsAre("established wifi"));
+}
+
 TEST_F(NetworkAdaptationUbuntuTest, APlatformWithoutAManagerRefusesTheSubscription) {
   platform.manager.reset();
   EXPECT_EQ(adaptation->subscribe(observer), StatusFailed);
