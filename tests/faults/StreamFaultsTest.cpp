@@ -204,6 +204,7 @@ TEST_P(StreamFaults, NoFailureIsLostAndNoneTouchesOtherBytes) {
     for (const char* const call : {"fopen", "read", "write", "lseek", "fflush"}) {
       EXPECT_GT(failed.count(call), 0U) << call;
     }
+    EXPECT_EQ(failed.count("setvbuf"), bufferSize == 0 ? 0U : 1U);
   }
 }
 
@@ -216,6 +217,30 @@ TEST_P(StreamFaults, ShortCountsGoUnseen) {
     EXPECT_GT(shorter.at("read"), 3U);
     EXPECT_GE(shorter.at("write"), 3U);
   }
+}
+
+// The C library wants a seek between a read and a write.
+TEST(FileFaults, AWriteBehindAReadIsInItsPlaceOrNowhere) {
+  const TempDirectory directory = TempDirectory::inMemory();
+  const std::string path = directory / "file";
+  const FailedCalls failed = everySystemCallFails([&path] {
+    {
+      const SystemCallsSucceed preparing;
+      writeFile(path, "abcdefghij");
+    }
+    bool well = false;
+    {
+      const Stream file = core::Directory::openFile(path, 0, false);
+      unsigned char text[3] = {};
+      well = file && file->read(text, 3) == 3 &&
+             file->write(reinterpret_cast<const unsigned char*>("XYZ"), 3) == 3 && file->flush();
+    }
+    EXPECT_TRUE(well || systemRun().failed);
+    const SystemCallsSucceed checking;
+    const std::string content = fileContent(path);
+    EXPECT_TRUE(content == "abcXYZghij" || (!well && content == "abcdefghij")) << content;
+  });
+  EXPECT_GE(failed.at("lseek"), 1U);
 }
 
 std::string nameOf(const ::testing::TestParamInfo<Subject>& info) { return info.param.name; }

@@ -51,6 +51,7 @@ enum class Kind {
   Rmdir,
   Seek,
   Send,
+  Setvbuf,
   Socket,
   Socketpair,
   TimerfdCreate,
@@ -88,6 +89,7 @@ constexpr Description kKinds[] = {
     {"rmdir", EIO, false},
     {"lseek", EIO, false},
     {"send", EPIPE, true},
+    {"setvbuf", ENOMEM, false},
     {"socket", EMFILE, false},
     {"socketpair", EMFILE, false},
     {"timerfd_create", EMFILE, false},
@@ -449,6 +451,11 @@ TRELVO_FRONT FILE* fdopen(int descriptor, const char* mode) noexcept {
     return next(descriptor, mode);
   }
   return fails(Kind::Fdopen) ? nullptr : trelvo::test::streamOver(descriptor, mode);
+}
+
+TRELVO_FRONT int setvbuf(FILE* stream, char* buffer, int mode, std::size_t size) noexcept {
+  static auto* const next = nextOf<int(FILE*, char*, int, std::size_t)>("setvbuf");
+  return fails(Kind::Setvbuf) ? EOF : next(stream, buffer, mode, size);
 }
 
 TRELVO_FRONT int fflush(FILE* stream) {
