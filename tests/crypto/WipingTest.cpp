@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <malloc.h>
 #include <openssl/crypto.h>
 
 #include <algorithm>
@@ -36,38 +37,25 @@ using trelvo::test::textBytes;
 using trelvo::test::view;
 using trelvo::test::writeFile;
 
-constexpr std::size_t kHead = alignof(std::max_align_t);
-
 const unsigned char* gNeedle = nullptr;
 std::size_t gNeedleSize = 0;
 int gFound = 0;
 
 void* allocate(std::size_t size) noexcept {
-  auto* const block = static_cast<unsigned char*>(std::malloc(size + kHead));
-  if (block == nullptr) {
-    return nullptr;
+  void* const block = std::malloc(size);
+  if (block != nullptr) {
+    std::memset(block, 0, malloc_usable_size(block));
   }
-  std::memset(block + kHead, 0, size);
-  std::memcpy(block, &size, sizeof size);
-  return block + kHead;
+  return block;
 }
 
-std::size_t sizeOf(const void* bytes) noexcept {
-  std::size_t size = 0;
-  std::memcpy(&size, static_cast<const unsigned char*>(bytes) - kHead, sizeof size);
-  return size;
-}
-
-void release(void* bytes) noexcept {
-  if (bytes == nullptr) {
-    return;
-  }
-  auto* const first = static_cast<unsigned char*>(bytes);
-  auto* const last = first + sizeOf(bytes);
+void release(void* block) noexcept {
+  const auto* const first = static_cast<const unsigned char*>(block);
+  const auto* const last = first + malloc_usable_size(block);
   if (gNeedle != nullptr && std::search(first, last, gNeedle, gNeedle + gNeedleSize) != last) {
     ++gFound;
   }
-  std::free(first - kHead);
+  std::free(block);
 }
 
 void* allocateForOpenSsl(std::size_t size, const char* /*file*/, int /*line*/) {
@@ -77,7 +65,7 @@ void* allocateForOpenSsl(std::size_t size, const char* /*file*/, int /*line*/) {
 void* reallocateForOpenSsl(void* block, std::size_t size, const char* /*file*/, int /*line*/) {
   void* const grown = allocate(size);
   if (grown != nullptr && block != nullptr) {
-    std::memcpy(grown, block, std::min(size, sizeOf(block)));
+    std::memcpy(grown, block, std::min(size, malloc_usable_size(block)));
     release(block);
   }
   return grown;
