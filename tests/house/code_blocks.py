@@ -17,7 +17,7 @@ BLOCK = re.compile(r"^```(\w*)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 KNOWN = {"", "cpp", "text", "hexdump", "dot", "sh", "cmake"}
 # What runs the commands that pages show.
 RUNNERS = ["Makefile", ".ci/run", "examples/CMakeLists.txt", "tests/examples", "tests/package",
-           "tests/tools", "tests/crypto", "scripts"]
+           "tests/tools", "tests/crypto", "tests/manual", "scripts"]
 
 
 def blocks(text):

@@ -5,6 +5,7 @@ import http.server
 import lzma
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
@@ -14,6 +15,7 @@ import unittest
 import help as program
 
 DATA = pathlib.Path(os.environ['TRELVO_EXAMPLES'])
+README = pathlib.Path(__file__).resolve().parents[2] / 'README.md'
 
 # What the examples call beside the program: a daemon that logs, keys that need no pass phrase, a
 # scan and a modem's answer.
@@ -115,6 +117,22 @@ class Examples(unittest.TestCase):
                     ran.add(line)
                     self.check(line)
         self.assertGreater(len(ran), 20)
+
+    def test_the_readmes_commands_run(self):
+        """As they stand there, in a tree where the demo was built."""
+        tree = self.folder / 'tree'
+        (tree / 'examples').mkdir(parents=True)
+        (tree / 'examples/data').symlink_to(DATA)
+        (tree / 'build/release/tools').mkdir(parents=True)
+        (tree / 'build/release/tools/trelvo').symlink_to(
+            pathlib.Path(os.environ['TRELVO_PROGRAM']).parent)
+        blocks = re.findall(r'^```sh\n(.*?)^```$', README.read_text(), re.MULTILINE | re.DOTALL)
+        [block] = [block for block in blocks if 'trelvo import' in block]
+        ended = subprocess.run(['bash', '-euo', 'pipefail', '-c', block], cwd=tree,
+                               stdin=subprocess.DEVNULL, capture_output=True, text=True)
+        self.assertEqual(ended.returncode, 0, ended.stderr)
+        self.assertTrue((tree / 'drive.svg').read_text().startswith('<?xml'))
+        self.assertIn('"FeatureCollection"', (tree / 'drive.geojson').read_text())
 
 
 if __name__ == '__main__':
