@@ -292,7 +292,8 @@ TEST(MapCommand, FortyThousandPositionsAreCountedAndTheEndsShown) {
 TEST(MapCommand, TheTitleIsEscaped) {
   const std::string picture =
       pictureOf(fixAt(circleAt(52.5, 13.4, 25.0F)), {"--title", "a<b> & \"c\" \xC3\xA4 \xFF\x01"});
-  EXPECT_NE(picture.find("<title id=\"title\">a&lt;b&gt; &amp; &quot;c&quot; \xC3\xA4 ?\?</title>"),
+  EXPECT_NE(picture.find("<title id=\"title\">a&lt;b&gt; &amp; &quot;c&quot; \xC3\xA4 "
+                         "\xEF\xBF\xBD\xEF\xBF\xBD</title>"),
             std::string::npos);
 }
 

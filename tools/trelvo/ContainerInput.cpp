@@ -52,6 +52,10 @@ Store openStoreIfNamed(const StoreOptions& options) {
 
 }  // namespace
 
+void addContainerFile(CLI::App& command, std::string& file) {
+  command.add_option("FILE", file, "File in the wire format; - is standard input")->required();
+}
+
 ContainerInput::ContainerInput(const std::string& file, const StoreOptions& store,
                                const CommandContext& context, bool mayShowProgress)
     : m_name(inputName(file)),

@@ -11,6 +11,9 @@
 
 namespace trelvo::tool {
 
+/// Adds FILE, which a command cannot do without.
+void addContainerFile(CLI::App& command, std::string& file);
+
 /// The plain bytes of a file of containers: of a file or standard input as they are, or of a sealed
 /// file. On a terminal it shows how far it has been read.
 ///

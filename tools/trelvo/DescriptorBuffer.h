@@ -16,6 +16,9 @@ class DescriptorBuffer : public std::streambuf {
   /// The errno of the first write that failed, 0 when none has. Flush the std::ostream first.
   int error() const { return m_stream.error(); }
 
+  /// What the bytes go to, for messages.
+  const FileStream& stream() const { return m_stream; }
+
  private:
   int_type overflow(int_type character) override;
   std::streamsize xsputn(const char* text, std::streamsize count) override;

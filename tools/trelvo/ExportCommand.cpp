@@ -1,19 +1,17 @@
 #include "tools/trelvo/ExportCommand.h"
 
-#include <cerrno>
 #include <cstring>
 #include <map>
 #include <memory>
 #include <string>
 
 #include "tools/trelvo/ContainerInput.h"
-#include "tools/trelvo/DescriptorBuffer.h"
 #include "tools/trelvo/ExportWriter.h"
 #include "tools/trelvo/Failure.h"
 #include "tools/trelvo/FeatureCollector.h"
 #include "tools/trelvo/InputFile.h"
-#include "tools/trelvo/OutputFile.h"
 #include "tools/trelvo/ShowObjects.h"
+#include "tools/trelvo/TextFile.h"
 #include "tools/trelvo/WireParser.h"
 
 namespace trelvo::tool {
@@ -81,17 +79,8 @@ class Export {
 
   // What stands ahead of damage is worth keeping, so the file gets its name all the same.
   std::string writeFile(ContainerInput& input) {
-    OutputFile file(m_options.output);
-    DescriptorBuffer buffer(file.descriptor());
-    std::ostream out(&buffer);
-    std::string problem = write(input, out);
-    if (buffer.error() == EPIPE) {
-      throw ReaderGone();
-    }
-    if (buffer.error() != 0) {
-      throw Failure(m_options.output + ": " + std::strerror(buffer.error()));
-    }
-    file.commit();
+    std::string problem;
+    writeTextFile(m_options.output, [&](std::ostream& out) { problem = write(input, out); });
     return problem;
   }
 
@@ -130,8 +119,7 @@ void addExportCommand(CLI::App& app, CommandContext& context) {
   auto options = std::make_shared<ExportOptions>();
   CLI::App* command = app.add_subcommand(
       "export", "Turn containers into GeoJSON, GPX, KML, CSV, NDJSON or geosubmit reports");
-  command->add_option("FILE", options->file, "File in the wire format; - is standard input")
-      ->required();
+  addContainerFile(*command, options->file);
   command
       ->add_option("--format", options->format,
                    "geojson (RFC 7946), gpx (1.1), kml (2.2), csv (RFC 4180), ndjson, or geosubmit "
@@ -143,8 +131,7 @@ void addExportCommand(CLI::App& app, CommandContext& context) {
   command->add_flag("--points", options->points,
                     "Positions in geojson as points: without it the ellipse or circle of "
                     "uncertainty is drawn, a polygon of 64 points");
-  addSealedOptions(*command, options->store,
-                   "FILE is sealed with the key of the store NAME: see trelvo unseal");
+  addSealedOptions(*command, options->store);
   command->footer(kExamples);
   command->callback([options, &context] { context.exitStatus = Export(*options, context).run(); });
 }

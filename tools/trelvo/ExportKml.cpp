@@ -2,6 +2,7 @@
 
 #include "tools/trelvo/ExportText.h"
 #include "tools/trelvo/ExportWriter.h"
+#include "tools/trelvo/XmlText.h"
 
 namespace trelvo::tool {
 namespace {

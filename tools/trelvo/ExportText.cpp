@@ -8,34 +8,6 @@
 namespace trelvo::tool {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-
-// What an XML document may hold beyond ASCII is all of UTF-8 but U+FFFE and U+FFFF.
-bool isNonCharacter(std::string_view text) {
-  return text.substr(0, 3) == "\xEF\xBF\xBE" || text.substr(0, 3) == "\xEF\xBF\xBF";
-}
-
-// Empty: as it stands.
-std::string_view xmlEntity(char c) {
-  switch (c) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '"':
-      return "&quot;";
-    case '\r':
-      return "&#13;";
-    case '\t':
-    case '\n':
-      return {};
-    default:
-      return static_cast<unsigned char>(c) < ' ' ? kReplacement : std::string_view();
-  }
-}
-
 void appendMember(std::string& text, std::string_view name, const std::string& value) {
   text += (text.empty() ? "" : ",") + quoted(std::string(name)) + ":" + value;
 }
@@ -66,22 +38,6 @@ std::string degreesText(double degrees) {
   char text[64];
   std::snprintf(text, sizeof text, "%.9f", degrees);
   return text;
-}
-
-std::string xmlText(std::string_view text) {
-  std::string escaped;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const std::string_view entity = xmlEntity(text[i]);
-    if (isNonCharacter(text.substr(i))) {
-      escaped += kReplacement;
-      i += 2;
-    } else if (!entity.empty()) {
-      escaped += entity;
-    } else {
-      escaped += text[i];
-    }
-  }
-  return escaped;
 }
 
 std::string csvText(std::string_view text) {

@@ -10,10 +10,6 @@ namespace trelvo::tool {
 /// Degrees with nine decimals, a tenth of a millimetre, and never with an exponent.
 std::string degreesText(double degrees);
 
-/// `text`, which is UTF-8, as the content of an XML element or attribute. Characters that XML does
-/// not have, most control characters for instance, become U+FFFD.
-std::string xmlText(std::string_view text);
-
 /// `text` as a field of CSV (RFC 4180), quoted where it has to be.
 std::string csvText(std::string_view text);
 

@@ -1,19 +1,15 @@
 #include "tools/trelvo/MapCommand.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "tools/trelvo/ContainerReader.h"
-#include "tools/trelvo/DescriptorBuffer.h"
 #include "tools/trelvo/Failure.h"
 #include "tools/trelvo/GeoResults.h"
 #include "tools/trelvo/InputFile.h"
 #include "tools/trelvo/MapSvg.h"
-#include "tools/trelvo/OutputFile.h"
+#include "tools/trelvo/TextFile.h"
 
 namespace trelvo::tool {
 namespace {
@@ -61,7 +57,11 @@ class MapRun {
                                            "points; there is nothing to draw"
                                      : damage);
       }
-      m_arguments.output == kStandard ? write(m_context.out) : writeFile();
+      if (m_arguments.output == kStandard) {
+        write(m_context.out);
+      } else {
+        writeTextFile(m_arguments.output, [this](std::ostream& out) { write(out); });
+      }
       if (!damage.empty()) {
         throw Failure(damage);
       }
@@ -85,20 +85,6 @@ class MapRun {
     return damage;
   }
 
-  void writeFile() {
-    OutputFile file(m_arguments.output);
-    DescriptorBuffer buffer(file.descriptor());
-    std::ostream out(&buffer);
-    write(out);
-    if (buffer.error() == EPIPE) {
-      throw ReaderGone();
-    }
-    if (buffer.error() != 0) {
-      throw Failure(m_arguments.output + ": " + std::strerror(buffer.error()));
-    }
-    file.commit();
-  }
-
   void write(std::ostream& out) {
     MapOptions options = m_arguments.map;
     options.title = titleOf(m_arguments);
@@ -119,8 +105,7 @@ void addMapCommand(CLI::App& app, CommandContext& context) {
   auto arguments = std::make_shared<MapArguments>();
   CLI::App* command = app.add_subcommand(
       "map", "Draw positions with their uncertainty, cells and access points as an SVG picture");
-  command->add_option("FILE", arguments->file, "File in the wire format; - is standard input")
-      ->required();
+  addContainerFile(*command, arguments->file);
   command->add_option("-o,--output", arguments->output, "File to write; - is standard output")
       ->type_name("OUT.svg")
       ->required();
@@ -134,8 +119,7 @@ void addMapCommand(CLI::App& app, CommandContext& context) {
                    "Heading of the picture (default: the file's name)")
       ->type_name("TEXT")
       ->check(checkNotEmpty);
-  addSealedOptions(*command, arguments->store,
-                   "FILE is sealed with the key of the store NAME: see trelvo unseal");
+  addSealedOptions(*command, arguments->store);
   command->footer(kExamples);
   command->callback(
       [arguments, &context] { context.exitStatus = MapRun(*arguments, context).run(); });

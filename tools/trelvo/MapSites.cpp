@@ -2,6 +2,7 @@
 #include <array>
 
 #include "tools/trelvo/MapSheet.h"
+#include "tools/trelvo/XmlText.h"
 
 namespace trelvo::tool {
 namespace {
@@ -92,7 +93,7 @@ void drawMarkers(MapSheet& sheet, const SiteStyle& style, const std::vector<Plac
     const bool isNamed = !placed.site->label.empty();
     sheet.layers << "<path d=\"M" << svgNumber(placed.place.x) << " " << svgNumber(placed.place.y)
                  << style.marker << "\"" << (isNamed ? "><title>" : "/>")
-                 << (isNamed ? svgText(placed.site->label) + "</title></path>" : std::string())
+                 << (isNamed ? xmlText(placed.site->label) + "</title></path>" : std::string())
                  << "\n";
   }
   sheet.layers << "</g>\n";
@@ -107,7 +108,7 @@ void drawLabels(MapSheet& sheet, const std::vector<Placed>& sites) {
         sheet.labels.place(placed.place, static_cast<double>(label.size()) * kLetter, kLabelHeight,
                            room)) {
       sheet.layers << "<text class=\"l\" x=\"" << svgNumber(room.left) << "\" y=\""
-                   << svgNumber(room.bottom() - 2) << "\">" << svgText(label) << "</text>\n";
+                   << svgNumber(room.bottom() - 2) << "\">" << xmlText(label) << "</text>\n";
       ++drawn;
     }
   }

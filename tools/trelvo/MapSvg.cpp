@@ -6,6 +6,7 @@
 
 #include "tools/trelvo/MapSheet.h"
 #include "tools/trelvo/ShowValue.h"
+#include "tools/trelvo/XmlText.h"
 
 namespace trelvo::tool {
 namespace {
@@ -109,13 +110,13 @@ void writeHead(std::ostream& out, double height, const std::string& title,
       << "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 " << svgNumber(kWidth) << " "
       << svgNumber(height) << "\" width=\"" << svgNumber(kWidth) << "\" height=\""
       << svgNumber(height) << "\" role=\"img\" aria-labelledby=\"title desc\">\n"
-      << "<title id=\"title\">" << svgText(title) << "</title>\n"
-      << "<desc id=\"desc\">Map of " << svgText(description) << "</desc>\n"
+      << "<title id=\"title\">" << xmlText(title) << "</title>\n"
+      << "<desc id=\"desc\">Map of " << xmlText(description) << "</desc>\n"
       << "<style>" << kStyle << "</style>\n"
       << "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n"
-      << "<text class=\"h\" x=\"" << svgNumber(kSide) << "\" y=\"30\">" << svgText(title)
+      << "<text class=\"h\" x=\"" << svgNumber(kSide) << "\" y=\"30\">" << xmlText(title)
       << "</text>\n<text class=\"s\" x=\"" << svgNumber(kSide) << "\" y=\"49\">"
-      << svgText(description) << "</text>\n";
+      << xmlText(description) << "</text>\n";
 }
 
 std::string rectAttributes(const MapRect& rect) {
@@ -138,7 +139,7 @@ void writeLegend(std::ostream& out, const MapSheet& sheet) {
   double y = top;
   for (const LegendEntry& entry : sheet.legend) {
     out << "<g transform=\"translate(" << svgNumber(x + 14) << " " << svgNumber(y) << ")\">"
-        << entry.symbol << "<text x=\"20\" y=\"4\">" << svgText(entry.text) << "</text></g>\n";
+        << entry.symbol << "<text x=\"20\" y=\"4\">" << xmlText(entry.text) << "</text></g>\n";
     const bool isLeft = x == kSide;
     x = isLeft ? kSide + kColumn : kSide;
     y += isLeft ? 0 : kRow;

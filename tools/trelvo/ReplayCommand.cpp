@@ -122,8 +122,7 @@ void addReplayCommand(CLI::App& app, CommandContext& context) {
   auto options = std::make_shared<ReplayOptions>();
   CLI::App* command = app.add_subcommand(
       "replay", "Hand containers to standard output in the rhythm of their time stamps");
-  command->add_option("FILE", options->file, "File in the wire format; - is standard input")
-      ->required();
+  addContainerFile(*command, options->file);
   command
       ->add_option("--speed", options->speed,
                    "How many times faster than measured, 1 by default; 0 and max wait for nothing")
@@ -132,8 +131,7 @@ void addReplayCommand(CLI::App& app, CommandContext& context) {
       ->add_option("--longest-gap", options->longestGap,
                    "Seconds of the time stamps that a gap counts at most; without it any")
       ->check(checkNumber);
-  addSealedOptions(*command, options->store,
-                   "FILE is sealed with the key of the store NAME: see trelvo unseal");
+  addSealedOptions(*command, options->store);
   command->footer(kExamples);
   command->callback([options, &context] { context.exitStatus = runReplay(*options, context); });
 }

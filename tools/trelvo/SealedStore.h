@@ -21,7 +21,9 @@ using Store = gom::SharedPointer<ICryptographyUtility>;
 CLI::Option* addStorageOption(CLI::App& command, StoreOptions& options);
 
 /// Adds `--sealed NAME` and `--storage DIR`. `purpose` is what the help says of the former.
-void addSealedOptions(CLI::App& command, StoreOptions& options, const std::string& purpose);
+void addSealedOptions(CLI::App& command, StoreOptions& options,
+                      const std::string& purpose =
+                          "FILE is sealed with the key of the store NAME: see trelvo unseal");
 
 /// Refuses an empty text on the command line.
 std::string checkNotEmpty(const std::string& text);

@@ -86,16 +86,14 @@ class Show {
 void addShowCommand(CLI::App& app, CommandContext& context) {
   auto options = std::make_shared<ShowOptions>();
   CLI::App* command = app.add_subcommand("show", "Print measurement containers and injections");
-  command->add_option("FILE", options->file, "File in the wire format; - is standard input")
-      ->required();
+  addContainerFile(*command, options->file);
   auto* json = command->add_flag("--json", options->json, "One JSON array with all objects");
   auto* lines = command->add_flag("--ndjson", options->jsonLines, "One JSON object a line");
   auto* raw = command->add_flag("--raw", options->raw,
                                 "Offsets, bytes, tags and keys of any generic objects");
   json->excludes(lines)->excludes(raw);
   lines->excludes(raw);
-  addSealedOptions(*command, options->store,
-                   "FILE is sealed with the key of the store NAME: see trelvo unseal");
+  addSealedOptions(*command, options->store);
   command->footer(kExamples);
   command->callback([options, &context] { context.exitStatus = Show(*options, context).run(); });
 }

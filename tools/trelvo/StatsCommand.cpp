@@ -238,11 +238,9 @@ void addStatsCommand(CLI::App& app, CommandContext& context) {
   auto options = std::make_shared<StatsOptions>();
   CLI::App* command = app.add_subcommand(
       "stats", "Count what a file holds: kinds, time span, extent, levels as a histogram");
-  command->add_option("FILE", options->file, "File in the wire format; - is standard input")
-      ->required();
+  addContainerFile(*command, options->file);
   command->add_flag("--json", options->json, "One JSON object");
-  addSealedOptions(*command, options->store,
-                   "FILE is sealed with the key of the store NAME: see trelvo unseal");
+  addSealedOptions(*command, options->store);
   command->footer(kExamples);
   command->callback([options, &context] {
     context.exitStatus = reporting(context, [&] { runStats(*options, context); });

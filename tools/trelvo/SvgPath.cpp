@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <cstdlib>
 
 namespace trelvo::tool {
@@ -26,68 +25,9 @@ void append(std::string& data, long tenths) {
   data += (isParted ? "" : " ") + tenthsText(tenths);
 }
 
-/// Whether XML allows the character of the three bytes of a UTF-8 sequence.
-bool isAllowed(unsigned int first, unsigned int second, unsigned int third) {
-  const unsigned int code = (first & 0xFU) << 12 | (second & 0x3FU) << 6 | (third & 0x3FU);
-  return code >= 0x800 && (code < 0xD800 || code > 0xDFFF) && code < 0xFFFE;
-}
-
-/// The length of the UTF-8 sequence of a character that XML allows at the front of `text`, else 0.
-std::size_t characterLength(std::string_view text) {
-  const auto byte = [&](std::size_t i) {
-    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-  };
-  const auto follows = [&](std::size_t i) { return (byte(i) & 0xC0U) == 0x80U; };
-  const unsigned int first = byte(0);
-  if (first < 0x80) {
-    return first >= 0x20 && first != 0x7F ? 1 : 0;
-  }
-  if (first >= 0xC2 && first < 0xE0) {
-    return follows(1) && (first > 0xC2 || byte(1) >= 0xA0) ? 2 : 0;
-  }
-  if ((first & 0xF0U) == 0xE0U) {
-    return follows(1) && follows(2) && isAllowed(first, byte(1), byte(2)) ? 3 : 0;
-  }
-  const unsigned int start = first << 8 | byte(1);
-  const bool isInRange = start >= 0xF090 && start <= 0xF48F;
-  return isInRange && follows(1) && follows(2) && follows(3) ? 4 : 0;
-}
-
-const char* entityOf(char c) {
-  switch (c) {
-    case '&':
-      return "&amp;";
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '"':
-      return "&quot;";
-    default:
-      return nullptr;
-  }
-}
-
 }  // namespace
 
 std::string svgNumber(double pixels) { return tenthsText(tenthsOf(pixels)); }
-
-std::string svgText(std::string_view text) {
-  std::string escaped;
-  while (!text.empty()) {
-    const std::size_t length = characterLength(text);
-    const char* const entity = entityOf(text.front());
-    if (length == 0) {
-      escaped += '?';
-    } else if (entity != nullptr) {
-      escaped += entity;
-    } else {
-      escaped += text.substr(0, length);
-    }
-    text.remove_prefix(std::max<std::size_t>(length, 1));
-  }
-  return escaped;
-}
 
 void SvgPath::moveTo(const MapPoint& point) {
   step('m', point);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "tools/trelvo/MapProjection.h"
 
@@ -9,10 +8,6 @@ namespace trelvo::tool {
 
 /// A number of pixels in tenths: "12.3", "-4", "0".
 std::string svgNumber(double pixels);
-
-/// `text` for the content of an element or an attribute in quotation marks: what has a meaning in
-/// XML is escaped, and what XML cannot hold (control characters, bytes that are not UTF-8) is '?'.
-std::string svgText(std::string_view text);
 
 /// A path's data, in tenths of pixels, each step relative to the point before.
 class SvgPath {
