@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -159,6 +160,22 @@ TEST(CommandLine, AClosedOutputGives1AndTheReason) {
   const Outcome outcome = shell("$TRELVO show " + file.name() + " 2>&1 >&-");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_EQ(outcome.out, "trelvo: standard output: Bad file descriptor\n");
+}
+
+// As long as nothing is coloured, NO_COLOR has nothing to switch off.
+TEST(CommandLine, ATerminalGetsNoColours) {
+  const NamedFile file(kContainer);
+  const std::regex colour("\x1b\\[[0-9;]*m");
+  EXPECT_TRUE(std::regex_search("a\x1b[1;31mb", colour));
+  for (const char* variable : {"", "NO_COLOR=1 "}) {
+    for (const std::string& words : {"show " + file.name(), "stats " + file.name(),
+                                     std::string("show /nonexistent"), std::string("--help")}) {
+      const Outcome seen = shell("export TRELVO; " + std::string(variable) +
+                                 "TERM=xterm script -qc '\"$TRELVO\" " + words + "' /dev/null");
+      EXPECT_NE(seen.out, "") << words;
+      EXPECT_FALSE(std::regex_search(seen.out, colour)) << words << seen.out;
+    }
+  }
 }
 
 TEST(CommandLine, TheProgramGives2ForWrongUsage) {

@@ -48,6 +48,7 @@ OutputFile::OutputFile(const std::string& path, mode_t mode) : m_final(resolved(
   const Present present = presentAt(m_final);
   const bool isNew = !present.exists || present.isRegular;
   m_current = isNew ? m_final + ".part-" + std::to_string(::getpid()) : m_final;
+  m_removal.emplace(isNew ? m_current.c_str() : nullptr);
   m_descriptor = openOutput(m_current, isNew, mode);
   if (!m_descriptor || (present.isRegular && ::fchmod(descriptor(), present.mode) != 0)) {
     const int error = errno;
@@ -73,6 +74,7 @@ void OutputFile::commit() {
   if (!done) {
     throw Failure(m_final + ": " + std::strerror(errno));
   }
+  m_removal.reset();
   m_current = m_final;
 }
 

@@ -2,8 +2,10 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 
+#include "tools/trelvo/SignalledRemoval.h"
 #include "tools/trelvo/UniqueFd.h"
 
 namespace trelvo::tool {
@@ -13,7 +15,7 @@ constexpr mode_t kModeShared = 0666;
 constexpr mode_t kModePrivate = 0600;  ///< for its owner only
 
 /// The name under which an output file grows. Unless commit() gives it its final name, it is
-/// removed.
+/// removed, also when Ctrl-C, SIGTERM or SIGHUP ends the program.
 ///
 /// The temporary file lies beside the final one. What is there and is no regular file (a device, a
 /// pipe) is written in place. A symbolic link stays, and the file behind it is replaced. A file
@@ -39,6 +41,7 @@ class OutputFile {
   std::string m_final;
   std::string m_current;
   UniqueFd m_descriptor;
+  std::optional<SignalledRemoval> m_removal;  // of m_current
 };
 
 }  // namespace trelvo::tool
