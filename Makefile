@@ -6,8 +6,8 @@ BUILD = cmake --build --preset
 
 PORTS = armhf i386 arm64 s390x
 
-.PHONY: help demo check check-asan check-tsan check-clang ports $(PORTS:%=ports-%) bench docs tidy \
-        cppcheck memcheck coverage package package-check abi fuzz fuzz-m32 soak clean
+.PHONY: help demo check check-asan check-tsan check-clang ports $(PORTS:%=ports-%) bench docs \
+        check-docs tidy cppcheck memcheck coverage package package-check abi fuzz fuzz-m32 soak clean
 
 help:
 	@echo 'make demo         build, then carry real observations into bytes and back'
@@ -19,6 +19,7 @@ help:
 	@echo 'make ports-armhf  one of them; there are $(PORTS)'
 	@echo 'make bench        time this library beside others'
 	@echo 'make docs         the manual, from the headers and docs/'
+	@echo 'make check-docs   the same, and follow every link in it and look at maps with a browser'
 	@echo 'make tidy         clang-tidy and clang-format over the sources'
 	@echo 'make package      Debian packages, into build/package'
 	@echo 'make package-check  install them in a new Debian, use them, and purge them'
@@ -78,6 +79,14 @@ docs:
 	mkdir -p build/docs
 	doxygen docs/Doxyfile
 	@echo 'Open build/docs/html/index.html'
+
+check-docs: docs
+	@scripts/install-deps site
+	test -f build/release/build.ninja || cmake --preset release -DTRELVO_TESTS=OFF
+	$(BUILD) release -j $(JOBS) --target trelvo
+	cd tests/site && TRELVO_PROGRAM=$(CURDIR)/build/release/tools/trelvo/trelvo \
+	  /usr/bin/python3 -B -m unittest -v walk_test map_test
+	/usr/bin/python3 -B tests/site/walk.py build/docs/html
 
 tidy:
 	@scripts/install-deps tidy
