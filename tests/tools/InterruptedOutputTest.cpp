@@ -76,6 +76,7 @@ TEST_F(InterruptedOutput, OfAnExportLeavesTheOldFile) {
 }
 
 TEST(SignalledRemoval, LeavesSignalsAsTheyWere) {
+  std::signal(SIGINT, SIG_DFL);  // ignored in what a shell runs in the background
   struct sigaction action {};
   {
     const OutputFile file("/tmp/trelvo-removal-" + std::to_string(::getpid()));
