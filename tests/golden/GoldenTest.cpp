@@ -61,6 +61,23 @@ class Golden : public ::testing::TestWithParam<std::string> {
     }
   }
 
+  /// So it is behind bytes of another kind, where no number of it is aligned.
+  void expectAtOddOffsets() const {
+    for (const unsigned int offset : {1U, 3U, 5U, 7U}) {
+      Bytes padding(offset, 0xA5);
+      BufferStream stream;
+      fill(stream, padding);
+      EXPECT_TRUE(type().write(object(), stream));
+      EXPECT_EQ(contentOf(stream), joined({padding, m_vector.content}));
+
+      EXPECT_EQ(stream.read(padding.data(), offset), offset);
+      Made made;
+      ASSERT_TRUE(type().read(made, stream)) << offset;
+      EXPECT_TRUE(stream.eof());
+      expectSame(made);
+    }
+  }
+
   /// A clone is equal, also in what is not on the wire.
   void expectCloned() const {
     Made copy;
@@ -87,6 +104,7 @@ class Golden : public ::testing::TestWithParam<std::string> {
 TEST_P(Golden, IsWrittenReadClonedAndWrapped) {
   expectWritten();
   expectRead();
+  expectAtOddOffsets();
   expectCloned();
   if (type().wrap) {
     expectWrapped();
