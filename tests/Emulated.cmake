@@ -1,21 +1,12 @@
 # Ports: tests under an emulator. ctest starts what it tests through CMAKE_CROSSCOMPILING_EMULATOR by
 # itself; here is what goes beyond that.
 
-# Building the tests is most of a port's time. The library alone carries the sanitizer; the tests are
-# not optimised and share what their headers come to.
-if(TRELVO_EMULATED)
-  add_compile_options(-O0 -pthread)
-  if(TRELVO_SANITIZE)
-    add_compile_options(-fno-sanitize=all)
-  endif()
-  file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/shared_headers.cpp CONTENT "")
-  add_library(trelvo_shared_headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/shared_headers.cpp)
-  target_compile_options(trelvo_shared_headers PRIVATE -fPIE)
-  target_link_libraries(trelvo_shared_headers PRIVATE trelvocore::trelvocore GTest::gmock)
-  # Not <trelvo/trelvo.h>: it brings properties-cpp's namespace core, which is none of most tests'.
-  target_precompile_headers(trelvo_shared_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-  set(CMAKE_PCH_WARN_INVALID OFF)
-endif()
+# What all tests include; more in it makes each slower. Not <trelvo/trelvo.h> above all: it brings
+# properties-cpp's namespace core, which is none of most tests'.
+trelvo_share_headers(trelvo_tests_headers LIBS GTest::gmock HEADERS <gmock/gmock.h> <gtest/gtest.h>)
+
+# Test programs that take longest, by the cases of which some cores are kept busy.
+set(TRELVO_IN_PARTS crypto_openssl_memory robustness tools)
 
 # What is not run there, and why; everything else is. ctest reads it from the build tree.
 if(TRELVO_EMULATED)
@@ -24,7 +15,7 @@ if(TRELVO_EMULATED)
     crypto.fixed_keys
     house.headers house.layering house.links house.self_tests
     package.symbols_self_test
-    reference.crypto reference.ellipse reference.encrypted_files reference.geodesy)
+    reference.bits reference.crypto reference.ellipse reference.encrypted_files reference.geodesy)
   list(JOIN not_emulated " " names)
   file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/CTestCustom.cmake
     CONTENT "set(CTEST_CUSTOM_TESTS_IGNORE ${names})\n")
@@ -50,20 +41,21 @@ function(trelvo_runnable target variable)
   set(${variable} ${script} PARENT_SCOPE)
 endfunction()
 
-# What a test that builds a project outside sets in the environment to build it for this port and to
-# run it: EMULATOR goes in front of a program.
+# What a test that compiles outside of this build does it with: flags for the compiler, and for the
+# environment what builds a project for this port and runs it: EMULATOR goes in front of a program.
 set(TRELVO_OUTSIDE "CXX=${CMAKE_CXX_COMPILER}" "CMAKE=${CMAKE_COMMAND}")
-set(flags "")
+set(TRELVO_OUTSIDE_FLAGS "")
 if(TRELVO_SANITIZE)
   # A library built with sanitizers wants their run time in the program as well.
-  set(flags "-fsanitize=${TRELVO_SANITIZE}")
+  list(APPEND TRELVO_OUTSIDE_FLAGS -fsanitize=${TRELVO_SANITIZE})
 endif()
 if(TRELVO_EMULATED)
+  list(APPEND TRELVO_OUTSIDE_FLAGS --sysroot=${CMAKE_SYSROOT})
   list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " emulator)
   list(APPEND TRELVO_OUTSIDE "EMULATOR=${emulator}" "CMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE}")
-  string(APPEND flags " --sysroot=${CMAKE_SYSROOT}")
   foreach(name PKG_CONFIG_SYSROOT_DIR PKG_CONFIG_LIBDIR)
     list(APPEND TRELVO_OUTSIDE "${name}=$ENV{${name}}")
   endforeach()
 endif()
+list(JOIN TRELVO_OUTSIDE_FLAGS " " flags)
 list(APPEND TRELVO_OUTSIDE "CXXFLAGS=${flags}")

@@ -145,7 +145,7 @@ TEST(IThread, IsJoinedNotKilledWhenItsEndWasUsedUp) {
 }
 
 TEST(IThreadDeathTest, AThreadThatDoesNotEndInASecondTakesTheProcessWithIt) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  GTEST_FLAG_SET(death_test_style, TRELVO_DEATH_TEST_STYLE);
   EXPECT_EXIT(
       {
         HeldObserver observer;
@@ -157,7 +157,7 @@ TEST(IThreadDeathTest, AThreadThatDoesNotEndInASecondTakesTheProcessWithIt) {
 }
 
 TEST(IThreadDeathTest, AnExceptionThatLeavesTheBodyEndsTheProcess) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  GTEST_FLAG_SET(death_test_style, TRELVO_DEATH_TEST_STYLE);
   struct Throwing : IThreadObserver {
     int threadMain() override { throw 1; }
   };

@@ -3,10 +3,12 @@
 Usage: code_blocks.py FILE BUILD_DIR COMPILER [FLAG...]
 
 A block of `cpp` that has a main() is built and run, and prints what the block of `text` behind it
-says; any other is compiled. Each line of a block of `sh` or `cmake` stands in the sources of the test
+says; any other is compiled. EMULATOR in the environment is what a program is started by, where it does
+not run by itself. Each line of a block of `sh` or `cmake` stands in the sources of the test
 that runs it, so that no page tells of a command that nothing runs.
 """
 
+import os
 import pathlib
 import re
 import subprocess
@@ -82,7 +84,8 @@ def main(file, build, *command):
 
 
 def check_output(program, following):
-    printed = subprocess.run([str(program)], check=True, capture_output=True, text=True).stdout
+    command = [*os.environ.get("EMULATOR", "").split(), str(program)]
+    printed = subprocess.run(command, check=True, capture_output=True, text=True).stdout
     language, expected = following[0] if following else ("", "")
     if language != "text" or printed != expected:
         sys.exit(f"{program} prints:\n{printed}The page says:\n{expected}")

@@ -40,7 +40,10 @@ def exported(table):
     """Yields (name, binding) of the defined dynamic symbols in the output of readelf."""
     for line in table.splitlines():
         fields = line.split()
-        if len(fields) == 8 and fields[0].rstrip(":").isdigit() and fields[6] != "UND":
+        if len(fields) != 8 or not fields[0].rstrip(":").isdigit():
+            continue
+        # Some processors' linkers name sections, too.
+        if fields[6] != "UND" and fields[3] != "SECTION":
             yield fields[7], fields[4]
 
 
