@@ -138,6 +138,19 @@ TEST(KeyFaults, AKeyFileIsReadWholeOrNotAtAll) {
   });
   EXPECT_EQ(failed.at("fopen"), 2U);
   EXPECT_GE(failed.at("read"), 2U);
+  const FailedCalls shorter = everySystemCallComesUpShort([&] {
+    Buffer secret;
+    EXPECT_EQ(cryptography->encryptRsaPublic(view(message), publicKey().c_str(), secret,
+                                             crypto::PaddingOaep),
+              StatusOk);
+    Buffer text;
+    const ReadOnlyBuffer& block = secret;
+    EXPECT_EQ(
+        cryptography->decryptRsaPrivate(block, privateKey().c_str(), {}, text, crypto::PaddingOaep),
+        StatusOk);
+    EXPECT_EQ(contentOf(text), message);
+  });
+  EXPECT_GE(shorter.at("read"), 2U);
 }
 
 /// A store in a directory of its own.
@@ -192,6 +205,12 @@ TEST_F(StoreFaults, ASeedThatCannotBeReadIsKeptAndMakesNoOtherKey) {
   });
   EXPECT_EQ(failed.at("fopen"), 1U);
   EXPECT_GE(failed.at("read"), 1U);
+  const FailedCalls shorter = everySystemCallComesUpShort([&] {
+    EXPECT_EQ(openStore(), key);
+    EXPECT_EQ(m_status, StatusOk);
+    EXPECT_FALSE(m_generated);
+  });
+  EXPECT_GE(shorter.at("read"), 1U);
 }
 
 TEST_F(StoreFaults, ASeedIsWrittenWholeOrNotAtAll) {
