@@ -173,8 +173,8 @@ TEST_P(DispatchFaults, ALoopIsMadeOrNotAndCanAlwaysBeStopped) {
     }
     std::thread stopper([&] {
       EXPECT_TRUE(up->wait());
-      static_cast<void>(
-          turned->tryWait(50));  // in vain where nothing is polled or received any more
+      // In vain where nothing is polled or received any more; else long enough for a busy machine.
+      static_cast<void>(turned->tryWait(500));
       loop->stop();
     });
     EXPECT_EQ(loop->start(up), StatusOk);
