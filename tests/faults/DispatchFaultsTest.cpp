@@ -181,7 +181,8 @@ TEST_P(DispatchFaults, ALoopIsMadeOrNotAndCanAlwaysBeStopped) {
     stopper.join();
     EXPECT_FALSE(loop->isRunning());
   });
-  expectKinds(failed, {"socketpair", "poll"});
+  // What a loop calls beyond that before it is stopped depends on how the threads run.
+  expectKinds(failed, {"socketpair"});
 }
 
 // A process that has closed its standard input gets descriptor 0 for its next one, which stands for

@@ -40,7 +40,8 @@ TEST_F(SealCommand, WhatIsSealedComesBackWhateverItsSize) {
     EXPECT_EQ(unsealed.status, kExitGood) << unsealed.err;
     EXPECT_EQ(unsealed.out + unsealed.err, "");
     EXPECT_EQ(bytesOf(path("sealed")).size(), size);
-    EXPECT_EQ(bytesOf(path("sealed")) == content, size == 0);
+    // One byte may well be enciphered as itself.
+    EXPECT_TRUE(size <= 1 || bytesOf(path("sealed")) != content) << size;
     EXPECT_EQ(bytesOf(path("back")), content) << size;
   }
 }
