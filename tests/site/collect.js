@@ -29,11 +29,18 @@ function searchResults() {
       .map((name) => new URL('search/' + name, document.baseURI).href);
 }
 
-function collect() {
+// Scripts may have put pictures there only now. One that cannot be had is settled at once.
+function settled(pictures) {
+  const late = new Promise((resolve) => setTimeout(resolve, 5000));
+  return Promise.race([late, Promise.allSettled(pictures.map((img) => img.decode()))]);
+}
+
+async function collect() {
   const pages = documents(document);
   const linking = 'a, area, link, script, iframe, frame, object, embed, image';
   const links = pages.flatMap((page) => all(page, linking).map(address).filter((url) => url));
   const pictures = pages.flatMap((page) => all(page, 'img'));
+  await settled(pictures);
   const anchors = all(document, '[id]').map((element) => element.id);
   done({
     links: [...new Set(links.concat(searchResults()))],
