@@ -9,6 +9,7 @@
 #include <trelvo/schema/Utility.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -23,7 +24,13 @@ static_assert(std::numeric_limits<double>::is_iec559 && std::numeric_limits<floa
 
 ShapeMatrix shapeOf(const double (&e)[3]) { return {e[0], e[1], e[2]}; }
 
-bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
+std::uint64_t bitsOf(double number) {
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, &number, sizeof bits);
+  return bits;
+}
+
+bool sameBits(double a, double b) { return bitsOf(a) == bitsOf(b); }
 
 template <class Matrix, std::size_t N>
 bool sameBits(const Matrix& matrix, const double (&expected)[N]) {
