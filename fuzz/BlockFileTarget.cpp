@@ -28,7 +28,7 @@ const Bytes& pattern() {
   static const Bytes bytes = [] {
     Bytes made;
     unsigned int number = 1;
-    while (made.size() < 2 * kMostAtOnce) {
+    while (made.size() < 2ULL * kMostAtOnce) {
       number = number * 1664525 + 1013904223;
       made.push_back(static_cast<unsigned char>(number >> 24U));
     }

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
 #include <new>
-#include <optional>
 #include <string>
 
 #include <trelvo/CryptoLinux.h>
@@ -139,10 +139,10 @@ TEST(CryptoMemory, ACryptorAppendsAllOrNothingToAFullBlockToo) {
   Bytes both = before;
   both.insert(both.end(), secret.begin(), secret.end());
   EXPECT_EQ(everyAllocationFails([&] {
-              std::optional<Buffer> output;
+              std::unique_ptr<Buffer> output;
               {
                 const AllocationsSucceed preparing;
-                output.emplace(512U);
+                output = std::make_unique<Buffer>(512U);
                 output->fill(0x77, 1024);
                 ASSERT_EQ(cryptor->start({view(kKey), view(counter)}), StatusOk);
               }

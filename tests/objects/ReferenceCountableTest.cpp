@@ -104,7 +104,7 @@ TEST(ReferenceCountable, OverAlignedClassesGetTheirAlignment) {
 // By the form of delete that compilers leave alone where there is one without a size.
 TEST(ReferenceCountable, TakesAnOverAlignedBlockBackWithItsSizeToo) {
   constexpr std::align_val_t kAlignment{alignof(Aligned)};
-  const test::Allocations counted = test::allocationsOf([kAlignment] {
+  const test::Allocations counted = test::allocationsOf([] {
     void* const block = Aligned::operator new(sizeof(Aligned), kAlignment);
     Aligned::operator delete(block, sizeof(Aligned), kAlignment);
   });

@@ -8,7 +8,6 @@
 namespace trelvo::schema {
 namespace {
 
-using gom::GenericObject;
 using gom::SharedPointer;
 using test::bytes;
 using test::written;
