@@ -8,9 +8,9 @@ numbers are those that every processor has to come to.
 """
 
 import math
-import pathlib
 import random
-import sys
+
+import tables
 
 rng = random.Random(2038)
 ROWS = 24
@@ -141,34 +141,5 @@ TABLES = [
 ]
 
 
-def nested(fields, row):
-    """The values of a row, with braces around those of an array."""
-    values = [literal(value) for value in row]
-    for field in fields.replace(";", ",").split(","):
-        name = field.strip()
-        count = int(name[name.index("[") + 1:-1]) if name.endswith("]") else 1
-        taken, values = values[:count], values[count:]
-        yield "{" + ", ".join(taken) + "}" if count > 1 else taken[0]
-    if values:
-        raise ValueError("more values than fields")
-
-
-def generate():
-    yield "// Made by bits_reference.py; do not edit.\n// clang-format off\n"
-    for struct, fields, name, rows in TABLES:
-        yield f"\nstruct {struct} {{\n  {fields};\n}};\n\nconstexpr {struct} {name}[] = {{\n"
-        for row in rows():
-            yield "    {" + ", ".join(nested(fields, row)) + "},\n"
-        yield "};\n"
-
-
-def main():
-    target = pathlib.Path(__file__).with_suffix(".inc")
-    text = "".join(generate())
-    if "--check" in sys.argv[1:]:
-        sys.exit(0 if target.read_text() == text else f"{target} is out of date")
-    target.write_text(text)
-
-
 if __name__ == "__main__":
-    main()
+    tables.main(__file__, TABLES, literal)

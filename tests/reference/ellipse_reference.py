@@ -11,10 +11,9 @@ Each row ends with how many ulps double arithmetic may be off, from the conditio
 numbers: a sum of products loses what it cancels, a sine what its angle was rounded by.
 """
 
-import pathlib
 import random
-import sys
 
+import tables
 from geodesy_reference import ECCENTRICITY_SQUARED, literal, rad, scale
 from mpmath import mp, mpf
 
@@ -264,37 +263,5 @@ TABLES = [
 ]
 
 
-def nested(fields, values):
-    """The values of one row, with braces around those of an array."""
-    values = [literal(value) for value in values]
-    for field in fields.replace("double", "").replace("bool", "").replace(";", ",").split(","):
-        name = field.strip()
-        if name.endswith("]"):
-            count = int(name[name.index("[") + 1:-1])
-            yield "{" + ", ".join(values[:count]) + "}"
-            values = values[count:]
-        else:
-            yield values.pop(0)
-    if values:
-        raise ValueError("more values than fields")
-
-
-def generate():
-    yield "// Made by ellipse_reference.py; do not edit.\n// clang-format off\n"
-    for struct, fields, name, rows in TABLES:
-        yield f"\nstruct {struct} {{\n  {fields};\n}};\n\nconstexpr {struct} {name}[] = {{\n"
-        for row in rows():
-            yield "    {" + ", ".join(nested(fields, row)) + "},\n"
-        yield "};\n"
-
-
-def main():
-    target = pathlib.Path(__file__).with_suffix(".inc")
-    text = "".join(generate())
-    if "--check" in sys.argv[1:]:
-        sys.exit(0 if target.read_text() == text else f"{target} is out of date")
-    target.write_text(text)
-
-
 if __name__ == "__main__":
-    main()
+    tables.main(__file__, TABLES, literal)

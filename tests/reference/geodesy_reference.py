@@ -7,11 +7,10 @@ the haversine form, bearings from the arc tangent form, tiles and codes from exa
 the geodesic on the ellipsoid from Vincenty's series (Survey Review XXIII, 1975).
 """
 
-import pathlib
 import random
-import sys
 from fractions import Fraction
 
+import tables
 from mpmath import mp, mpf
 
 mp.dps = 60
@@ -196,22 +195,5 @@ def literal(value):
     return repr(float(value)) if isinstance(value, (float, mpf)) else str(value)
 
 
-def generate():
-    yield "// Made by geodesy_reference.py; do not edit.\n// clang-format off\n"
-    for struct, fields, name, rows in TABLES:
-        yield f"\nstruct {struct} {{\n  {fields};\n}};\n\nconstexpr {struct} {name}[] = {{\n"
-        for row in rows():
-            yield "    {" + ", ".join(literal(value) for value in row) + "},\n"
-        yield "};\n"
-
-
-def main():
-    target = pathlib.Path(__file__).with_suffix(".inc")
-    text = "".join(generate())
-    if "--check" in sys.argv[1:]:
-        sys.exit(0 if target.read_text() == text else f"{target} is out of date")
-    target.write_text(text)
-
-
 if __name__ == "__main__":
-    main()
+    tables.main(__file__, TABLES, literal)
