@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <ctime>
-
 #include "tests/debug/LogDirectory.h"
 #include "tests/debug/TestPlatform.h"
 
@@ -49,24 +46,6 @@ struct Configured {
 unsigned int maskOf(const std::string& text) {
   const Configured c("core " + text + " /dev/null\n");
   return c.setting("core").levelMask;
-}
-
-/// Processor time for a configuration of `components`, each with a file that cannot be opened.
-double secondsToRead(int components) {
-  std::string text;
-  for (int i = 0; i < components; ++i) {
-    const std::string number = std::to_string(i);
-    text += "c" + number + " 1 missing/" + number + "\n";
-  }
-  const std::clock_t start = std::clock();
-  { EXPECT_FALSE(Configured(text).result); }
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-double quickestReading(int components) {
-  double seconds = secondsToRead(components);
-  for (int i = 0; i < 2; ++i) seconds = std::min(seconds, secondsToRead(components));
-  return seconds;
 }
 
 }  // namespace
@@ -466,12 +445,6 @@ TEST(Configuration, StreamOfTheDefaultSettingOutlivesItsComponent) {
   c.platform.writeXmlEll("%s", "<log>\n");
   EXPECT_EQ(c.content("lta.xml"), "<log>\n");
   EXPECT_EQ(c.content("b.log"), "");
-}
-
-TEST(Configuration, TimeGrowsWithTheNumberOfLinesAndNoFaster) {
-  const double few = quickestReading(2000);
-  const double many = quickestReading(16000);
-  EXPECT_LT(many, 20 * few) << few << " and " << many << " seconds";
 }
 
 TEST(Configuration, ManyComponentsLeaveNothingOpenBehind) {
